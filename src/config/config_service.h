@@ -1,0 +1,22 @@
+// The configuration's two entry roads: the start-up at Open and the host's
+// updates through IOCTL op 2.
+#pragma once
+
+#include <cstddef>
+
+#include "core/ptz_controller.h"
+
+namespace vorna {
+
+// The name of the configuration file, in the working directory.
+extern const char* const kConfigFileName;
+
+// Registers the protocols, loads and applies the configuration file, saves it
+// back (file and notice to the host) and marks the controller started.
+int Start(PtzController& controller);
+
+// Applies a configuration document from the host; saves and notifies when
+// anything changed. Returns 0.
+int Update(PtzController& controller, const char* text, size_t length);
+
+}  // namespace vorna

@@ -1,0 +1,31 @@
+#include "core/clock.h"
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace vorna {
+
+namespace {
+
+class SystemClock : public Clock {
+public:
+    int64_t Now() override {
+        using namespace std::chrono;
+        return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+    }
+    void Sleep(int64_t milliseconds) override {
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    }
+};
+
+SystemClock g_systemClock;
+std::atomic<Clock*> g_clock{&g_systemClock};
+
+}  // namespace
+
+Clock& CurrentClock() { return *g_clock.load(); }
+int64_t NowMs() { return CurrentClock().Now(); }
+void SetClock(Clock* clock) { g_clock.store(clock ? clock : &g_systemClock); }
+
+}  // namespace vorna

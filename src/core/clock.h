@@ -1,0 +1,27 @@
+// The module's sense of time: milliseconds since the Unix epoch, and the
+// worker's nap. Both go through one replaceable clock so that tests can run
+// every time-dependent behaviour on a fake clock.
+#pragma once
+
+#include <cstdint>
+
+namespace vorna {
+
+// A time that is not set.
+constexpr int64_t kInvalidTime = -1;
+
+class Clock {
+public:
+    virtual ~Clock() = default;
+    virtual int64_t Now() = 0;
+    virtual void Sleep(int64_t milliseconds) = 0;
+};
+
+// The system clock unless a test installed another.
+Clock& CurrentClock();
+int64_t NowMs();
+
+// Installs `clock` (null restores the system clock). Tests only.
+void SetClock(Clock* clock);
+
+}  // namespace vorna

@@ -1,0 +1,16 @@
+// Intake of the host's event documents: immediate PTZ commands and the start
+// and end of alarm-driven commands.
+#pragma once
+
+#include <cstdint>
+
+#include "core/ptz_controller.h"
+
+namespace vorna {
+
+// Parses an event document and carries out each Input in document order,
+// taking the controller's lock per Input. Malformed parts are dropped
+// silently. Returns 0.
+int HandleEvent(PtzController& controller, const char* text, int64_t length, bool alarmForm);
+
+}  // namespace vorna

@@ -1,0 +1,63 @@
+// The module's one long-lived object: protocol objects, camera table, serial
+// lines, the lock that serialises all camera work, and the worker cycle.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "core/ptz_camera.h"
+#include "protocols/protocol_table.h"
+
+namespace vorna {
+
+// What the host's serial-port document says about one port.
+struct SerialLine {
+    std::string protocolName;
+    uint64_t stream = 0;
+};
+
+// Longest nap of the worker, and the interval of a camera that cannot act.
+constexpr int64_t kMaxWorkerWait = 250;
+
+class PtzController {
+public:
+    PtzController() = default;
+    PtzController(const PtzController&) = delete;
+    PtzController& operator=(const PtzController&) = delete;
+
+    // The first camera with these three keys, in table order, or null. With
+    // `remove` the camera found is destroyed and null is returned. Callers
+    // hold `lock`.
+    PtzCamera* FindCamera(int devicesId, int deviceNumber, int inputNumber, bool remove);
+
+    // The body of IOCTL op 1: steps every due camera until Close; returns 0.
+    int RunWorkerCycle();
+
+    // The body of Close: stops the worker cycle, waits for it to leave its
+    // loop (only if one is inside it), then destroys the protocol objects and
+    // unlinks every camera from them. Returns 0.
+    int StopAxes();
+
+    ProtocolTable protocols;
+    std::deque<std::unique_ptr<PtzCamera>> cameras;
+    std::map<std::string, SerialLine> serialLines;
+    std::mutex lock;
+    std::condition_variable wake;
+    std::atomic<bool> running{true};
+    std::atomic<bool> started{false};
+
+private:
+    // Worker cycles inside their loop; guarded by `lock`.
+    int activeWorkers_ = 0;
+};
+
+// Milliseconds until the camera's next periodic step; 0 means due now.
+int64_t TimeUntilDue(const PtzCamera& camera, int64_t now);
+
+}  // namespace vorna

@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdio>
+#include <set>
+#include <sstream>
+
+#include "e2e/module_host.h"
+
+using namespace vorna_test;
+
+namespace {
+
+std::set<std::string> ExportedSymbols() {
+    std::string command = std::string(VORNA_NM) + " -D --defined-only " + VORNA_LIBRARY_PATH;
+    FILE* pipe = popen(command.c_str(), "r");
+    std::set<std::string> names;
+    char line[512];
+    while (pipe && fgets(line, sizeof line, pipe)) {
+        std::istringstream fields(line);
+        std::string address, kind, name;
+        fields >> address >> kind >> name;
+        if (!name.empty()) names.insert(name);
+    }
+    if (pipe) pclose(pipe);
+    return names;
+}
+
+bool AllBytesAre(const void* data, size_t from, size_t to, uint8_t value) {
+    auto bytes = static_cast<const uint8_t*>(data);
+    for (size_t i = from; i < to; ++i)
+        if (bytes[i] != value) return false;
+    return true;
+}
+
+}  // namespace
+
+TEST(EntryPoints, ExportsExactlyTheSixEntryPoints) {
+    EXPECT_EQ(ExportedSymbols(), (std::set<std::string>{"Close", "IOCTL", "Load", "Open", "Unload", "Write"}));
+}
+
+TEST(EntryPoints, LoadWritesOnlyTheFiveRegistrationFields) {
+    ModuleHost host;
+    host.Load(0xAB);
+    const ModuleRegistration& r = host.registration;
+    EXPECT_EQ(r.moduleId, 0x100000u);
+    EXPECT_EQ(r.firstMask, 0x2000010u);
+    EXPECT_EQ(r.secondMask, 0x2000010u);
+    EXPECT_EQ(r.firstFlag, 1);
+    EXPECT_EQ(r.secondFlag, 1);
+    EXPECT_TRUE(AllBytesAre(&r, 0, 8, 0xAB));
+    EXPECT_TRUE(AllBytesAre(&r, 16, 32, 0xAB));
+    EXPECT_TRUE(AllBytesAre(&r, 48, 96, 0xAB));
+    EXPECT_TRUE(AllBytesAre(&r, 97, 99, 0xAB));
+    EXPECT_TRUE(AllBytesAre(&r, 100, sizeof r, 0xAB));
+    host.unload();
+}
+
+TEST(EntryPoints, OpenAnnouncesTheModuleFirst) {
+    ScopedWorkDir dir;
+    ModuleHost host;
+    host.Load();
+    host.open();
+    auto sent = host.Sent();
+    ASSERT_FALSE(sent.empty());
+    const SentMessage& first = sent.front();
+    EXPECT_EQ(first.payload,
+              "<?xml ?><Tarn Delta=\"0\"><Modules><Module Name=\"VORNA\" ID=\"1048576\" "
+              "Version=\"26.1.7.3\" /></Modules></Tarn>");
+    EXPECT_EQ(first.record.size, 224u);
+    EXPECT_EQ(first.record.version, 1u);
+    EXPECT_EQ(first.record.length, 105u);
+    EXPECT_EQ(first.record.reserved0, 0u);
+    EXPECT_EQ(first.record.stream, 0x100000u);
+    EXPECT_EQ(first.record.reserved1, 0u);
+    EXPECT_EQ(first.record.type, 0x100u);
+    EXPECT_EQ(first.record.flags, 0x2000010u);
+    EXPECT_TRUE(AllBytesAre(&first.record, 56, 224, 0));
+    host.close();
+    host.unload();
+}
+
+TEST(EntryPoints, CallsWithoutControllerAreHarmless) {
+    ModuleHost host;
+    EXPECT_EQ(host.unload(), 0);
+    EXPECT_EQ(host.open(), 0);
+    EXPECT_EQ(host.Event(8, 0x1000010, "<Tarn/>"), 0);
+    EXPECT_EQ(host.Ioctl(VORNA_IOCTL_RUN_WORKER), 0);
+    EXPECT_EQ(host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, "<Tarn Delta=\"1\"/>"), 0);
+    EXPECT_EQ(host.close(), 0);
+    EXPECT_EQ(host.write(nullptr), 0);
+    EXPECT_EQ(host.ioctl(nullptr), 0);
+    EXPECT_EQ(host.load(nullptr, nullptr), 0);
+    EXPECT_TRUE(host.Sent().empty());
+}
+
+TEST(EntryPoints, UnloadTwiceIsHarmless) {
+    ModuleHost host;
+    host.Load();
+    EXPECT_EQ(host.unload(), 0);
+    EXPECT_EQ(host.unload(), 0);
+}
+
+TEST(EntryPoints, UnknownIoctlOpAndBadRecordsDoNothing) {
+    ScopedWorkDir dir;
+    ModuleHost host;
+    host.Load();
+    host.open();
+    host.ClearSent();
+    EXPECT_EQ(host.Ioctl(3, "<Tarn Delta=\"1\"/>"), 0);
+    IoctlRequest request{};
+    request.op = VORNA_IOCTL_UPDATE_CONFIG;
+    request.length = 10;
+    EXPECT_EQ(host.ioctl(&request), 0);
+    HostEvent event{};
+    event.type = 8;
+    event.flags = 0x1000010;
+    event.length = 5;
+    EXPECT_EQ(host.write(&event), 0);
+    event.data = "<Tarn/>";
+    event.length = -1;
+    EXPECT_EQ(host.write(&event), 0);
+    EXPECT_TRUE(host.Sent().empty());
+    host.close();
+    host.unload();
+}
+
+TEST(EntryPoints, WorkerNapsBeforeOpenAndCloseWaitsForIt) {
+    ModuleHost host;
+    host.Load();
+    host.StartWorker();
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    EXPECT_TRUE(host.Sent().empty());
+    host.StopWorker();
+    EXPECT_EQ(host.workerResult, 0);
+    host.unload();
+}
+
+TEST(EntryPoints, CloseWithoutWorkerReturnsAtOnceAndALateWorkerEndsAtOnce) {
+    ScopedWorkDir dir;
+    ModuleHost host;
+    host.Load();
+    host.open();
+    auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(host.close(), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(5));
+    EXPECT_EQ(host.Ioctl(VORNA_IOCTL_RUN_WORKER), 0);
+    host.unload();
+}

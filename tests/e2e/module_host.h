@@ -1,0 +1,165 @@
+// A test host: loads the built libvorna.so with dlopen and drives it through
+// the public header only, as a recorder does. Every message the module sends
+// is recorded (record and payload copied while the callback runs).
+#pragma once
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "vorna/host_abi.h"
+
+namespace vorna_test {
+
+struct SentMessage {
+    HostMessage record;
+    std::string payload;
+};
+
+class ModuleHost {
+public:
+    ModuleHost() {
+        handle_ = dlopen(VORNA_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL);
+        if (handle_ == nullptr) throw std::runtime_error(dlerror());
+        load = Resolve<VornaLoadFn>("Load");
+        open = Resolve<VornaOpenFn>("Open");
+        write = Resolve<VornaWriteFn>("Write");
+        ioctl = Resolve<VornaIoctlFn>("IOCTL");
+        close = Resolve<VornaCloseFn>("Close");
+        unload = Resolve<VornaUnloadFn>("Unload");
+        Instance() = this;
+    }
+
+    ~ModuleHost() {
+        StopWorker();
+        Instance() = nullptr;
+        dlclose(handle_);
+    }
+
+    static int Callback(HostMessage* message, int) {
+        ModuleHost* host = Instance();
+        std::lock_guard<std::mutex> guard(host->mutex_);
+        SentMessage sent{*message, std::string(static_cast<const char*>(message->data), message->length)};
+        host->sent_.push_back(sent);
+        return host->callbackResult;
+    }
+
+    // Load with a registration record pre-filled with `sentinel`.
+    void Load(uint8_t sentinel = 0xAB) {
+        std::memset(&registration, sentinel, sizeof registration);
+        HostInterface host{};
+        host.opaque0 = 0x1111;
+        host.opaque1 = 0x2222;
+        host.callback = &ModuleHost::Callback;
+        load(&host, &registration);
+    }
+
+    int Event(uint64_t type, uint64_t flags, const std::string& text) {
+        HostEvent event;
+        std::memset(&event, 0, sizeof event);
+        event.size = sizeof event;
+        event.version = 1;
+        event.length = static_cast<int32_t>(text.size());
+        event.data = text.data();
+        event.type = type;
+        event.flags = flags;
+        return write(&event);
+    }
+
+    int Ioctl(uint32_t op, const std::string& text = std::string()) {
+        IoctlRequest request;
+        std::memset(&request, 0, sizeof request);
+        request.op = op;
+        request.length = static_cast<uint32_t>(text.size());
+        request.data = text.data();
+        return ioctl(&request);
+    }
+
+    void StartWorker() {
+        worker_ = std::thread([this] { workerResult = Ioctl(VORNA_IOCTL_RUN_WORKER); });
+    }
+
+    // Close, then wait for the worker's IOCTL call to return.
+    void StopWorker() {
+        if (!worker_.joinable()) return;
+        close();
+        worker_.join();
+    }
+
+    std::vector<SentMessage> Sent() {
+        std::lock_guard<std::mutex> guard(mutex_);
+        return sent_;
+    }
+
+    std::vector<SentMessage> SentOfType(uint64_t type) {
+        std::vector<SentMessage> found;
+        for (auto& m : Sent())
+            if (m.record.type == type) found.push_back(m);
+        return found;
+    }
+
+    void ClearSent() {
+        std::lock_guard<std::mutex> guard(mutex_);
+        sent_.clear();
+    }
+
+    VornaLoadFn load;
+    VornaOpenFn open;
+    VornaWriteFn write;
+    VornaIoctlFn ioctl;
+    VornaCloseFn close;
+    VornaUnloadFn unload;
+    ModuleRegistration registration;
+    int callbackResult = 0;
+    int workerResult = -1;
+
+private:
+    template <typename Fn>
+    Fn Resolve(const char* name) {
+        void* symbol = dlsym(handle_, name);
+        if (symbol == nullptr) throw std::runtime_error(std::string("missing entry point ") + name);
+        return reinterpret_cast<Fn>(symbol);
+    }
+
+    static ModuleHost*& Instance() {
+        static ModuleHost* instance = nullptr;
+        return instance;
+    }
+
+    void* handle_ = nullptr;
+    std::mutex mutex_;
+    std::vector<SentMessage> sent_;
+    std::thread worker_;
+};
+
+// Runs a test in a fresh temporary working directory (where "VORNA.xml" lives)
+// and goes back afterwards.
+class ScopedWorkDir {
+public:
+    ScopedWorkDir() {
+        char pattern[] = "/tmp/vorna-test-XXXXXX";
+        path = mkdtemp(pattern);
+        char* previous = getcwd(nullptr, 0);
+        previous_ = previous;
+        std::free(previous);
+        if (chdir(path.c_str()) != 0) throw std::runtime_error("chdir");
+    }
+    ~ScopedWorkDir() {
+        if (chdir(previous_.c_str()) != 0) return;
+        std::string command = "rm -rf '" + path + "'";
+        if (std::system(command.c_str()) != 0) return;
+    }
+    std::string path;
+
+private:
+    std::string previous_;
+};
+
+}  // namespace vorna_test

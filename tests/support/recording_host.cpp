@@ -1,0 +1,65 @@
+#include "support/recording_host.h"
+
+#include <cstdio>
+
+namespace vorna_test {
+
+namespace {
+RecordingHost* g_current = nullptr;
+
+int Record(HostMessage* message, int) {
+    g_current->sent.push_back(
+        {*message, std::string(static_cast<const char*>(message->data), message->length)});
+    return g_current->result;
+}
+}  // namespace
+
+RecordingHost::RecordingHost() : previous_(vorna::g_hostCallback) {
+    g_current = this;
+    vorna::g_hostCallback = &Record;
+}
+
+RecordingHost::~RecordingHost() {
+    vorna::g_hostCallback = previous_;
+    g_current = nullptr;
+}
+
+std::vector<RecordedMessage> RecordingHost::OfType(uint64_t type) const {
+    std::vector<RecordedMessage> found;
+    for (const auto& m : sent)
+        if (m.record.type == type) found.push_back(m);
+    return found;
+}
+
+std::vector<std::string> RecordingHost::SerialPayloads() const {
+    std::vector<std::string> payloads;
+    for (const auto& m : OfType(VORNA_TYPE_SERIAL)) payloads.push_back(m.payload);
+    return payloads;
+}
+
+std::string Hex(const std::string& bytes) {
+    std::string text;
+    char pair[4];
+    for (unsigned char byte : bytes) {
+        std::snprintf(pair, sizeof pair, "%02X", byte);
+        if (!text.empty()) text += ' ';
+        text += pair;
+    }
+    return text;
+}
+
+std::string FromHex(const std::string& hex) {
+    std::string bytes;
+    std::string digits;
+    for (char c : hex) {
+        if (c == ' ') continue;
+        digits += c;
+        if (digits.size() == 2) {
+            bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
+            digits.clear();
+        }
+    }
+    return bytes;
+}
+
+}  // namespace vorna_test

@@ -1,0 +1,39 @@
+// Stands in for the host callback in unit tests: records every message the
+// module sends, with its payload copied, and answers with `result`.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/host_sender.h"
+
+namespace vorna_test {
+
+struct RecordedMessage {
+    HostMessage record;
+    std::string payload;
+};
+
+class RecordingHost {
+public:
+    RecordingHost();
+    ~RecordingHost();
+
+    // Messages of one type, in order.
+    std::vector<RecordedMessage> OfType(uint64_t type) const;
+    // Payloads of the serial messages, in order.
+    std::vector<std::string> SerialPayloads() const;
+
+    std::vector<RecordedMessage> sent;
+    int result = 0;
+
+private:
+    HostCallback previous_;
+};
+
+// Bytes as upper-case hex pairs separated by blanks, e.g. "FF 01 00".
+std::string Hex(const std::string& bytes);
+// The reverse: "FF 01 00" (blanks optional) to bytes.
+std::string FromHex(const std::string& hex);
+
+}  // namespace vorna_test
