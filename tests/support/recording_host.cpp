@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "core/clock.h"
+
 namespace vorna_test {
 
 namespace {
@@ -9,7 +11,7 @@ RecordingHost* g_current = nullptr;
 
 int Record(HostMessage* message, int) {
     g_current->sent.push_back(
-        {*message, std::string(static_cast<const char*>(message->data), message->length)});
+        {*message, std::string(static_cast<const char*>(message->data), message->length), vorna::NowMs()});
     return g_current->result;
 }
 }  // namespace
@@ -35,6 +37,12 @@ std::vector<std::string> RecordingHost::SerialPayloads() const {
     std::vector<std::string> payloads;
     for (const auto& m : OfType(VORNA_TYPE_SERIAL)) payloads.push_back(m.payload);
     return payloads;
+}
+
+std::vector<std::string> RecordingHost::TimedSerial(int64_t origin) const {
+    std::vector<std::string> lines;
+    for (const auto& m : OfType(VORNA_TYPE_SERIAL)) lines.push_back(std::to_string(m.time - origin) + " " + m.payload);
+    return lines;
 }
 
 std::string Hex(const std::string& bytes) {

@@ -12,6 +12,7 @@ namespace vorna_test {
 struct RecordedMessage {
     HostMessage record;
     std::string payload;
+    int64_t time;  // the module's clock when the message was sent
 };
 
 class RecordingHost {
@@ -23,6 +24,8 @@ public:
     std::vector<RecordedMessage> OfType(uint64_t type) const;
     // Payloads of the serial messages, in order.
     std::vector<std::string> SerialPayloads() const;
+    // "time payload" of each serial message, time relative to `origin`.
+    std::vector<std::string> TimedSerial(int64_t origin) const;
 
     std::vector<RecordedMessage> sent;
     int result = 0;
