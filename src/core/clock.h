@@ -1,6 +1,6 @@
-// The module's sense of time: milliseconds since the Unix epoch, and the
-// worker's nap. Both go through one replaceable clock so that tests can run
-// every time-dependent behaviour on a fake clock.
+// The module's sense of time: milliseconds since the Unix epoch, through one
+// replaceable clock so that tests can run every time-dependent behaviour on a
+// fake clock.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,6 @@ class Clock {
 public:
     virtual ~Clock() = default;
     virtual int64_t Now() = 0;
-    virtual void Sleep(int64_t milliseconds) = 0;
 };
 
 // The system clock unless a test installed another.

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "core/camera_tick.h"
+#include <chrono>
+
 #include "core/clock.h"
 
 namespace vorna {
@@ -22,22 +23,17 @@ PtzCamera* PtzController::FindCamera(int devicesId, int deviceNumber, int inputN
 
 namespace {
 
-// Marks a worker as inside its loop for as long as it lives; on the way out,
-// however it leaves, it tells a waiting Close.
+// Counts a worker as inside its loop for as long as it lives; on the way
+// out, however it leaves, it tells a waiting Close. Lives under the lock.
 class ActiveWorker {
 public:
-    ActiveWorker(std::mutex& lock, std::condition_variable& wake, int& count)
-        : lock_(lock), wake_(wake), count_(count) {
-        ++count_;
-    }
+    ActiveWorker(std::condition_variable& wake, int& count) : wake_(wake), count_(count) { ++count_; }
     ~ActiveWorker() {
-        std::lock_guard<std::mutex> guard(lock_);
         --count_;
         wake_.notify_all();
     }
 
 private:
-    std::mutex& lock_;
     std::condition_variable& wake_;
     int& count_;
 };
@@ -45,34 +41,35 @@ private:
 }  // namespace
 
 int PtzController::RunWorkerCycle() {
-    std::unique_lock<std::mutex> entry(lock);
+    std::unique_lock<std::mutex> guard(lock);
     if (!running) return 0;
-    ActiveWorker active(lock, wake, activeWorkers_);
-    entry.unlock();
-
-    Clock& clock = CurrentClock();
+    ActiveWorker active(wake, activeWorkers_);
     while (running) {
-        if (!started) {
-            clock.Sleep(kMaxWorkerWait);
-            continue;
-        }
-        int64_t wait = kMaxWorkerWait;
-        {
-            std::lock_guard<std::mutex> guard(lock);
-            int64_t now = clock.Now();
-            for (auto& camera : cameras) {
-                int64_t due = TimeUntilDue(*camera, now);
-                if (due == 0) {
-                    CameraTick(*camera, now);
-                    now = clock.Now();
-                    due = TimeUntilDue(*camera, now);
-                }
-                wait = std::min(wait, due);
-            }
-        }
-        clock.Sleep(wait);
+        const uint64_t seen = changes_;
+        const int64_t wait = started ? StepDueCameras() : kMaxWorkerWait;
+        wake.wait_for(guard, std::chrono::milliseconds(wait), [&] { return !running || changes_ != seen; });
     }
     return 0;
+}
+
+int64_t PtzController::StepDueCameras() {
+    int64_t wait = kMaxWorkerWait;
+    int64_t now = NowMs();
+    for (auto& camera : cameras) {
+        int64_t due = TimeUntilDue(*camera, now);
+        if (due == 0) {
+            CameraTick(*camera, now);
+            now = NowMs();
+            due = TimeUntilDue(*camera, now);
+        }
+        wait = std::min(wait, due);
+    }
+    return wait;
+}
+
+void PtzController::CamerasChanged() {
+    ++changes_;
+    wake.notify_all();
 }
 
 int PtzController::StopAxes() {
@@ -87,17 +84,6 @@ int PtzController::StopAxes() {
         protocols.clear();
     }
     return 0;
-}
-
-int64_t TimeUntilDue(const PtzCamera& camera, int64_t now) {
-    // A camera without protocol can do nothing until its line is bound; it
-    // must not make the worker spin meanwhile.
-    if (camera.protocol == nullptr) return kMaxWorkerWait;
-    if (camera.lastCommandTime == kInvalidTime) return 0;
-    const int64_t elapsed = now - camera.lastCommandTime;
-    if (elapsed < 0) return 0;
-    const int64_t interval = camera.protocol->GetCommandInterval();
-    return interval <= elapsed ? 0 : interval - elapsed;
 }
 
 }  // namespace vorna

@@ -11,6 +11,7 @@
 #include <mutex>
 #include <string>
 
+#include "core/camera_tick.h"
 #include "core/ptz_camera.h"
 #include "protocols/protocol_table.h"
 
@@ -21,9 +22,6 @@ struct SerialLine {
     std::string protocolName;
     uint64_t stream = 0;
 };
-
-// Longest nap of the worker, and the interval of a camera that cannot act.
-constexpr int64_t kMaxWorkerWait = 250;
 
 class PtzController {
 public:
@@ -38,6 +36,15 @@ public:
 
     // The body of IOCTL op 1: steps every due camera until Close; returns 0.
     int RunWorkerCycle();
+
+    // One pass of the worker, with `lock` held: steps every camera that is
+    // due and returns how long the worker may sleep.
+    int64_t StepDueCameras();
+
+    // Tells a sleeping worker that camera state changed from outside (a
+    // command, an alarm, a configuration change), so that it works out its
+    // wait again at once. Callers hold `lock`.
+    void CamerasChanged();
 
     // The body of Close: stops the worker cycle, waits for it to leave its
     // loop (only if one is inside it), then destroys the protocol objects and
@@ -55,9 +62,8 @@ public:
 private:
     // Worker cycles inside their loop; guarded by `lock`.
     int activeWorkers_ = 0;
+    // Counts outside changes; guarded by `lock`.
+    uint64_t changes_ = 0;
 };
-
-// Milliseconds until the camera's next periodic step; 0 means due now.
-int64_t TimeUntilDue(const PtzCamera& camera, int64_t now);
 
 }  // namespace vorna

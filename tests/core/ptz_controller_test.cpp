@@ -6,35 +6,6 @@
 
 using namespace vorna;
 
-TEST(TimeUntilDue, FollowsTheProtocolInterval) {
-    vorna_test::FakeProtocol protocol;  // 250 ms interval
-    struct Case {
-        const char* what;
-        int64_t lastCommandTime;
-        int64_t now;
-        int64_t expected;
-    };
-    const Case cases[] = {
-        {"never commanded", kInvalidTime, 1000, 0},
-        {"interval passed", 1000, 1250, 0},
-        {"long ago", 0, 1000000, 0},
-        {"100 ms ago", 1000, 1100, 150},
-        {"just now", 1000, 1000, 250},
-        {"clock set back", 2000, 1000, 0},
-    };
-    for (const Case& c : cases) {
-        PtzCamera camera;
-        camera.protocol = &protocol;
-        camera.lastCommandTime = c.lastCommandTime;
-        EXPECT_EQ(TimeUntilDue(camera, c.now), c.expected) << c.what;
-    }
-}
-
-TEST(TimeUntilDue, ACameraWithoutProtocolWaitsTheLongestNap) {
-    PtzCamera camera;
-    EXPECT_EQ(TimeUntilDue(camera, 1000), kMaxWorkerWait);
-}
-
 TEST(PtzController, FindCameraMatchesAllThreeKeysAndRemoves) {
     PtzController controller;
     for (int input : {1, 2, 1}) {

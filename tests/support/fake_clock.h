@@ -1,5 +1,5 @@
 // A clock that stands still until the test moves it; installed for the
-// lifetime of the object. Sleeping advances it.
+// lifetime of the object.
 #pragma once
 
 #include "core/clock.h"
@@ -11,7 +11,6 @@ public:
     explicit FakeClock(int64_t start = 1000000) : now(start) { vorna::SetClock(this); }
     ~FakeClock() override { vorna::SetClock(nullptr); }
     int64_t Now() override { return now; }
-    void Sleep(int64_t milliseconds) override { now += milliseconds; }
 
     int64_t now;
 };
