@@ -1,5 +1,7 @@
 #include "protocols/protocol_table.h"
 
+#include "protocols/ad_megapower.h"
+
 namespace vorna {
 
 namespace {
@@ -12,7 +14,10 @@ void Register(ProtocolTable& table, const char* name, Args... args) {
 }  // namespace
 
 void FillProtocolTable(ProtocolTable& table) {
-    (void)table;
+    Register<CAdM3200>(table, "AD-M3200", false);
+    Register<CAdM3200>(table, "AD-M3200 Multi", true);
+    Register<CAdMp48>(table, "AD-MP48", false);
+    Register<CAdMp48>(table, "AD-MP48 Multi", true);
 }
 
 CProtocol* FindProtocol(const ProtocolTable& table, const std::string& name) {
