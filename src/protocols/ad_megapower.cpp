@@ -131,6 +131,11 @@ Bytes CAdMPBase::OnChannel(uint32_t address, Bytes keys, Refresh refresh) {
     return keys + ChannelLetter(found.channel);
 }
 
+Bytes CAdMPBase::DirectionKey(uint32_t address, int direction, const char* negative, const char* positive) {
+    if (direction == 0) return {};
+    return OnChannel(address, direction < 0 ? negative : positive, Refresh::kMostRecent);
+}
+
 // Without multi mode every command selects its camera on channel a. In multi
 // mode a camera keeps its channel while it is in the table; a new camera takes
 // a free channel or, once all four are taken, the least recently used one.
@@ -179,8 +184,8 @@ Bytes CAdM3200::Pan(uint32_t, int) { return {}; }
 Bytes CAdM3200::Tilt(uint32_t, int) { return {}; }
 Bytes CAdM3200::Zoom(uint32_t, int) { return {}; }
 
-// Each moving axis adds its keys and then goes through the channel step as
-// part of the whole text, so without multi mode a move on two axes carries
+// Each moving axis adds its keys and then the whole text so far is put on the
+// camera's channel again, so without multi mode a move on two axes carries
 // the selection twice, once in front of each axis' keys.
 Bytes CAdM3200::Move(uint32_t address, int pan, int tilt, int zoom) {
     Bytes text;
@@ -191,15 +196,9 @@ Bytes CAdM3200::Move(uint32_t address, int pan, int tilt, int zoom) {
     return text;
 }
 
-Bytes CAdM3200::Iris(uint32_t address, int direction) {
-    if (direction == 0) return {};
-    return OnChannel(address, direction < 0 ? "C" : "O", Refresh::kMostRecent);
-}
+Bytes CAdM3200::Iris(uint32_t address, int direction) { return DirectionKey(address, direction, "C", "O"); }
 
-Bytes CAdM3200::Focus(uint32_t address, int direction) {
-    if (direction == 0) return {};
-    return OnChannel(address, direction > 0 ? "N" : "F", Refresh::kMostRecent);
-}
+Bytes CAdM3200::Focus(uint32_t address, int direction) { return DirectionKey(address, direction, "F", "N"); }
 
 int CAdMp48::GetMaxAddress() const { return 99; }
 bool CAdMp48::ShouldRepeat(int64_t, int64_t) const { return false; }
@@ -228,21 +227,12 @@ Bytes CAdMp48::Tilt(uint32_t address, int speed) {
     return OnChannel(address, Mp48SpeedDigit(speed) + (speed < 0 ? 'D' : 'U'), Refresh::kMostRecent);
 }
 
-Bytes CAdMp48::Zoom(uint32_t address, int speed) {
-    if (speed == 0) return {};
-    return OnChannel(address, speed < 0 ? "1W" : "1T", Refresh::kMostRecent);
-}
+Bytes CAdMp48::Zoom(uint32_t address, int speed) { return DirectionKey(address, speed, "1W", "1T"); }
 
 Bytes CAdMp48::Move(uint32_t, int, int, int) { return {}; }
 
-Bytes CAdMp48::Iris(uint32_t address, int direction) {
-    if (direction == 0) return {};
-    return OnChannel(address, direction < 0 ? "1C" : "1O", Refresh::kMostRecent);
-}
+Bytes CAdMp48::Iris(uint32_t address, int direction) { return DirectionKey(address, direction, "1C", "1O"); }
 
-Bytes CAdMp48::Focus(uint32_t address, int direction) {
-    if (direction == 0) return {};
-    return OnChannel(address, direction > 0 ? "1N" : "1F", Refresh::kMostRecent);
-}
+Bytes CAdMp48::Focus(uint32_t address, int direction) { return DirectionKey(address, direction, "1F", "1N"); }
 
 }  // namespace vorna

@@ -60,6 +60,9 @@ protected:
     // already selected on its channel, puts the selection in front. Empty keys
     // stay empty and touch nothing.
     Bytes OnChannel(uint32_t address, Bytes keys, Refresh refresh);
+    // The key for the direction's sign on the camera's channel; nothing for
+    // direction 0.
+    Bytes DirectionKey(uint32_t address, int direction, const char* negative, const char* positive);
 
 private:
     struct Lookup {
