@@ -1,0 +1,52 @@
+// The module's XML document: TinyXML's document behind a parse-depth guard,
+// with an error state of the module's own on top of TinyXML's.
+#pragma once
+
+#include <tinyxml.h>
+
+#include <cstddef>
+#include <string>
+
+namespace vorna {
+
+// Elements may nest this deep (the root element is at depth 1).
+constexpr int kMaxParseDepth = 100;
+// "Elements nested too deeply (exceeds the configured maximum parse depth)."
+constexpr int kErrorTooDeep = 17;
+// A file save that failed; the description says which step.
+constexpr int kErrorSaveFailed = 2;
+
+class XmlDocument : public TiXmlDocument {
+public:
+    // Parses `length` bytes (copied; TinyXML stops at a NUL as usual), encoding
+    // unknown, behind the depth guard. True when the document parsed without
+    // error.
+    bool ParseText(const char* text, size_t length);
+
+    // Loads a file the way TinyXML's file load does (binary read, line ends
+    // normalised, default encoding), behind the depth guard.
+    bool LoadPath(const std::string& path);
+
+    // The module's own error or TinyXML's.
+    bool Failed() const;
+    // The module's own id if set, else TinyXML's ErrorId().
+    int ModuleErrorId() const;
+    // Likewise for the description.
+    std::string ModuleErrorDesc() const;
+    // Records an error of the module's own; TinyXML's error flag stays as it is.
+    void SetModuleError(int id, const std::string& description);
+
+private:
+    // Walks text the way TinyXML's parser does, without recursion; nested so
+    // that it reaches TinyXML's own scanning helpers.
+    class DepthScanner;
+
+    // Parses `buffer` (NUL-padded) unless the guard finds it too deep.
+    bool ParseGuarded(const std::string& buffer);
+    void ClearModuleError();
+
+    int moduleErrorId_ = 0;
+    std::string moduleErrorDesc_;
+};
+
+}  // namespace vorna
