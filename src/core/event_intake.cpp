@@ -8,6 +8,7 @@
 #include "core/clock.h"
 #include "vorna/host_abi.h"
 #include "core/command_executor.h"
+#include "core/xml_document.h"
 
 namespace vorna {
 
@@ -45,10 +46,11 @@ void CarryOut(PtzController& controller, const EventInput& input, bool alarmForm
     if (camera == nullptr) return;
     if (alarmForm) {
         ApplyAlarmInput(*camera, input);
-        return;
+    } else {
+        ExecuteCommand(*camera, input.opcode, input.parm);
+        camera->activityTime = NowMs();
     }
-    ExecuteCommand(*camera, input.opcode, input.parm);
-    camera->activityTime = NowMs();
+    controller.CamerasChanged();
 }
 
 bool ReadInt(const TiXmlElement& element, const char* name, int* value) {
@@ -83,9 +85,8 @@ void EndAlarmCommand(PtzCamera& camera, uint32_t action, int opcode, int64_t end
 
 int HandleEvent(PtzController& controller, const char* text, int64_t length, bool alarmForm) {
     if (text == nullptr || length <= 0) return 0;
-    TiXmlDocument document;  // TEMP until XmlDocument lands
-    document.Parse(std::string(text, static_cast<size_t>(length)).c_str(), nullptr, TIXML_ENCODING_UNKNOWN);
-    if (document.Error()) return 0;
+    XmlDocument document;
+    if (!document.ParseText(text, static_cast<size_t>(length))) return 0;
     const TiXmlElement* root = document.RootElement();
     if (root == nullptr || std::string(root->Value()) != "Tarn") return 0;
 
