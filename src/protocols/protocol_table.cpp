@@ -1,6 +1,13 @@
 #include "protocols/protocol_table.h"
 
 #include "protocols/ad_megapower.h"
+#include "protocols/bosch.h"
+#include "protocols/ge_ascii.h"
+#include "protocols/ge_impac.h"
+#include "protocols/panasonic.h"
+#include "protocols/pelco_d.h"
+#include "protocols/pelco_p.h"
+#include "protocols/sensormatic.h"
 
 namespace vorna {
 
@@ -14,6 +21,14 @@ void Register(ProtocolTable& table, const char* name, Args... args) {
 }  // namespace
 
 void FillProtocolTable(ProtocolTable& table) {
+    Register<CPelcoD>(table, "Pelco-D");
+    Register<CPelcoP>(table, "Pelco-P");
+    Register<CPanasonic>(table, "Panasonic");
+    Register<CBosch>(table, "Bosch");
+    Register<CGEASCII>(table, "GE-ASCII");
+    Register<CGEImpac>(table, "GE-Impac");
+    Register<CSensormatic>(table, "AD-RS422");
+    Register<CHSDPelcoD>(table, "HSD-Pelco-D");
     Register<CAdM3200>(table, "AD-M3200", false);
     Register<CAdM3200>(table, "AD-M3200 Multi", true);
     Register<CAdMp48>(table, "AD-MP48", false);
