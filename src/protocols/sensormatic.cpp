@@ -1,0 +1,193 @@
+#include "protocols/sensormatic.h"
+
+#include <initializer_list>
+
+#include "protocols/axis_speed.h"
+
+namespace vorna {
+
+namespace {
+
+// Single-byte commands.
+constexpr uint8_t kPanLeft = 0x81;
+constexpr uint8_t kPanRight = 0x82;
+constexpr uint8_t kPanStop = 0x83;
+constexpr uint8_t kTiltUp = 0x84;
+constexpr uint8_t kTiltDown = 0x85;
+constexpr uint8_t kTiltStop = 0x86;
+constexpr uint8_t kFocusNear = 0x87;
+constexpr uint8_t kFocusFar = 0x88;
+constexpr uint8_t kFocusStop = 0x89;
+constexpr uint8_t kZoomIn = 0x8A;
+constexpr uint8_t kZoomOut = 0x8B;
+constexpr uint8_t kZoomStop = 0x8C;
+constexpr uint8_t kIrisOpen = 0x90;
+constexpr uint8_t kIrisClose = 0x91;
+constexpr uint8_t kIrisStop = 0x92;
+constexpr uint8_t kApplePeel = 0xC6;
+
+// Commands with data bytes.
+constexpr uint8_t kVariableSpeed = 0xC0;
+constexpr uint8_t kPreset = 0xC7;
+constexpr uint8_t kSpecialFunction = 0xCC;
+
+// Preset functions.
+constexpr uint8_t kPresetFunctionStore = 0x01;
+constexpr uint8_t kPresetFunctionGoTo = 0x02;
+
+// Special functions.
+constexpr uint8_t kFlip = 0x00;
+constexpr uint8_t kMenuOpen = 0x01;
+constexpr uint8_t kMenuClose = 0x02;
+constexpr uint8_t kLensAuto = 0x08;
+
+// Pattern commands: recording and running take the 1-based pattern number
+// added to a base, so pattern 1 records with 0xA0 and runs with 0xB0. An
+// unknown action still gets a frame, with command 0x00.
+constexpr uint32_t kRecordPatternBase = 0x9F;
+constexpr uint8_t kStopRecording = 0xB8;
+constexpr uint8_t kPatternAction2Command = 0xA3;
+constexpr uint32_t kRunPatternBase = 0xAF;
+constexpr uint8_t kUnknownPatternAction = 0x00;
+
+constexpr int kGoToPresetOpcode = 60;
+constexpr int kGoToPresetBurst = 3;
+
+// Writes each field as one byte (its low 8 bits) and appends the checksum
+// that makes the 8-bit sum of the whole frame 0.
+Bytes Frame(std::initializer_list<uint32_t> fields) {
+    Bytes frame;
+    uint8_t sum = 0;
+    for (uint32_t field : fields) {
+        frame += static_cast<char>(field);
+        sum = static_cast<uint8_t>(sum + field);
+    }
+    return frame + static_cast<char>(0u - sum);
+}
+
+// address, command, checksum
+Bytes CommandFrame(uint32_t address, uint32_t command) { return Frame({address, command}); }
+
+// address, 0xC0, direction command, speed, checksum. The speed is the
+// magnitude the executor passes (configured speed + 1), as it is.
+Bytes SpeedFrame(uint32_t address, uint8_t direction, int speed) {
+    return Frame({address, kVariableSpeed, direction, SpeedMagnitude(speed)});
+}
+
+// address, 0xC7, function, preset number - 1, checksum
+Bytes PresetFrame(uint32_t address, uint8_t function, int number) {
+    return Frame({address, kPreset, function, static_cast<uint32_t>(number) - 1u});
+}
+
+// address, 0xCC, function, checksum
+Bytes SpecialFrame(uint32_t address, uint32_t function) { return Frame({address, kSpecialFunction, function}); }
+
+uint32_t PatternCommand(int number, int action) {
+    switch (action) {
+        case kPatternStartRecording: return kRecordPatternBase + static_cast<uint32_t>(number);
+        case kPatternStopRecording: return kStopRecording;
+        case kPatternAction2: return kPatternAction2Command;
+        case kPatternRun: return kRunPatternBase + static_cast<uint32_t>(number);
+        default: return kUnknownPatternAction;
+    }
+}
+
+}  // namespace
+
+int CSensormatic::GetPresetCount() const { return 96; }
+int CSensormatic::GetMinAddress() const { return 1; }
+int CSensormatic::GetMaxAddress() const { return 99; }
+bool CSensormatic::ShouldRepeat(int64_t, int64_t) const { return false; }
+
+int CSensormatic::GetRepeatCount(int opcode) const { return opcode == kGoToPresetOpcode ? kGoToPresetBurst : 0; }
+
+int CSensormatic::GetMenuType() const { return 3; }
+int CSensormatic::GetPatternType() const { return 0x80003; }
+
+// The first moving axis in the order pan, tilt, zoom, iris, focus is stopped.
+Bytes CSensormatic::StopAxes(uint32_t address, int pan, int tilt, int zoom, int iris, int focus) {
+    if (pan != 0) return CommandFrame(address, kPanStop);
+    if (tilt != 0) return CommandFrame(address, kTiltStop);
+    if (zoom != 0) return CommandFrame(address, kZoomStop);
+    if (iris != 0) return CommandFrame(address, kIrisStop);
+    if (focus != 0) return CommandFrame(address, kFocusStop);
+    return {};
+}
+
+Bytes CSensormatic::Pan(uint32_t address, int speed) {
+    if (speed == 0) return StopAxes(address, 1, 0, 0, 0, 0);
+    return SpeedFrame(address, speed < 0 ? kPanLeft : kPanRight, speed);
+}
+
+Bytes CSensormatic::Tilt(uint32_t address, int speed) {
+    if (speed == 0) return StopAxes(address, 0, 1, 0, 0, 0);
+    return SpeedFrame(address, speed < 0 ? kTiltDown : kTiltUp, speed);
+}
+
+Bytes CSensormatic::Zoom(uint32_t address, int speed) {
+    if (speed == 0) return CommandFrame(address, kZoomStop);
+    return CommandFrame(address, speed > 0 ? kZoomIn : kZoomOut);
+}
+
+// One frame per moving axis; with every axis still there is nothing to send.
+Bytes CSensormatic::Move(uint32_t address, int pan, int tilt, int zoom) {
+    Bytes frames;
+    if (pan != 0) frames += Pan(address, pan);
+    if (tilt != 0) frames += Tilt(address, tilt);
+    if (zoom != 0) frames += Zoom(address, zoom);
+    return frames;
+}
+
+// Clearing sends the same store frame as setting.
+Bytes CSensormatic::Preset(uint32_t address, int number, int action) {
+    return PresetFrame(address, action == kPresetGoTo ? kPresetFunctionGoTo : kPresetFunctionStore, number);
+}
+
+Bytes CSensormatic::SetZoomSpeed(uint32_t, int) { return {}; }
+
+// Direction 0 opens, like +1.
+Bytes CSensormatic::Iris(uint32_t address, int direction) {
+    return CommandFrame(address, direction < 0 ? kIrisClose : kIrisOpen);
+}
+
+// Direction 0 focuses near, like +1.
+Bytes CSensormatic::Focus(uint32_t address, int direction) {
+    return CommandFrame(address, direction < 0 ? kFocusFar : kFocusNear);
+}
+
+// Auto iris and auto focus share one special function, sent for any mode
+// but 0 (off), which has no frame.
+Bytes CSensormatic::AutoIris(uint32_t address, int mode) {
+    if (mode == 0) return {};
+    return SpecialFrame(address, kLensAuto);
+}
+
+Bytes CSensormatic::AutoFocus(uint32_t address, int mode) {
+    if (mode == 0) return {};
+    return SpecialFrame(address, kLensAuto);
+}
+
+// The top byte is the command; a special function takes the next byte as
+// its function. The low 16 bits are never sent.
+Bytes CSensormatic::RawCommand(uint32_t address, uint32_t value) {
+    const uint32_t command = (value >> 24) & 0xFF;
+    if (command == kSpecialFunction) return SpecialFrame(address, value >> 16);
+    return CommandFrame(address, command);
+}
+
+Bytes CSensormatic::Menu(uint32_t address, int on) { return SpecialFrame(address, on >= 1 ? kMenuOpen : kMenuClose); }
+
+// A menu item is selected with the focus-far command.
+Bytes CSensormatic::MenuEnter(uint32_t address, int) { return Focus(address, -1); }
+
+Bytes CSensormatic::MenuNavigate(uint32_t, int, int, int) { return {}; }
+
+Bytes CSensormatic::Flip(uint32_t address, int) { return SpecialFrame(address, kFlip); }
+
+Bytes CSensormatic::ApplePeel(uint32_t address, int) { return CommandFrame(address, kApplePeel); }
+
+Bytes CSensormatic::Pattern(uint32_t address, int number, int action) {
+    return CommandFrame(address, PatternCommand(number, action));
+}
+
+}  // namespace vorna

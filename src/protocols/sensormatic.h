@@ -1,0 +1,44 @@
+// Sensormatic domes on an RS-422 line (listed as "AD-RS422"). A frame is the
+// camera address, a command byte, up to two data bytes and a checksum that
+// makes the 8-bit sum of the whole frame 0.
+#pragma once
+
+#include <cstdint>
+
+#include "protocols/protocol.h"
+
+namespace vorna {
+
+// Stops and lens motions are single command bytes; pan and tilt run at a
+// variable speed, one axis per frame. A go-to-preset from the timed-command
+// queue is sent in a burst of three.
+class CSensormatic : public CProtocol {
+public:
+    int GetPresetCount() const override;
+    int GetMinAddress() const override;
+    int GetMaxAddress() const override;
+    bool ShouldRepeat(int64_t now, int64_t sinceLastCommand) const override;
+    int GetRepeatCount(int opcode) const override;
+    int GetMenuType() const override;
+    int GetPatternType() const override;
+    Bytes StopAxes(uint32_t address, int pan, int tilt, int zoom, int iris, int focus) override;
+    Bytes Pan(uint32_t address, int speed) override;
+    Bytes Tilt(uint32_t address, int speed) override;
+    Bytes Zoom(uint32_t address, int speed) override;
+    Bytes Move(uint32_t address, int pan, int tilt, int zoom) override;
+    Bytes Preset(uint32_t address, int number, int action) override;
+    Bytes SetZoomSpeed(uint32_t address, int speed) override;
+    Bytes Iris(uint32_t address, int direction) override;
+    Bytes Focus(uint32_t address, int direction) override;
+    Bytes AutoIris(uint32_t address, int mode) override;
+    Bytes AutoFocus(uint32_t address, int mode) override;
+    Bytes RawCommand(uint32_t address, uint32_t value) override;
+    Bytes Menu(uint32_t address, int on) override;
+    Bytes MenuEnter(uint32_t address, int value) override;
+    Bytes MenuNavigate(uint32_t address, int vertical, int horizontal, int enter) override;
+    Bytes Flip(uint32_t address, int ignored) override;
+    Bytes ApplePeel(uint32_t address, int ignored) override;
+    Bytes Pattern(uint32_t address, int number, int action) override;
+};
+
+}  // namespace vorna
