@@ -51,10 +51,10 @@ Bytes ValueFrame(int32_t value, char command, uint32_t address) {
 // A command that carries no value has "00" in the value field.
 Bytes PlainFrame(char command, uint32_t address) { return ValueFrame(0, command, address); }
 
-// A stop frame for an axis that moves; nothing for one that stands still.
-Bytes StopFrame(const DirectionLetters& letters, int motion, uint32_t address) {
-    if (motion == 0) return {};
-    return PlainFrame(Letter(letters, motion), address);
+// A plain frame with the letter for the direction; nothing for direction 0.
+Bytes DirectionFrame(const DirectionLetters& letters, int direction, uint32_t address) {
+    if (direction == 0) return {};
+    return PlainFrame(Letter(letters, direction), address);
 }
 
 // Pan and tilt run at half the magnitude less one; speeds below 2 are sent
@@ -76,9 +76,9 @@ bool CGEASCII::ShouldRepeat(int64_t, int64_t) const { return false; }
 
 // Every moving axis gets its stop frame, focus before iris.
 Bytes CGEASCII::StopAxes(uint32_t address, int pan, int tilt, int zoom, int iris, int focus) {
-    return StopFrame(kStopPanLetters, pan, address) + StopFrame(kStopTiltLetters, tilt, address) +
-           StopFrame(kStopZoomLetters, zoom, address) + StopFrame(kStopFocusLetters, focus, address) +
-           StopFrame(kStopIrisLetters, iris, address);
+    return DirectionFrame(kStopPanLetters, pan, address) + DirectionFrame(kStopTiltLetters, tilt, address) +
+           DirectionFrame(kStopZoomLetters, zoom, address) + DirectionFrame(kStopFocusLetters, focus, address) +
+           DirectionFrame(kStopIrisLetters, iris, address);
 }
 
 Bytes CGEASCII::Pan(uint32_t, int) { return {}; }
@@ -102,15 +102,9 @@ Bytes CGEASCII::Preset(uint32_t address, int number, int action) {
 
 Bytes CGEASCII::SetZoomSpeed(uint32_t, int) { return {}; }
 
-Bytes CGEASCII::Iris(uint32_t address, int direction) {
-    if (direction == 0) return {};
-    return PlainFrame(Letter(kIrisLetters, direction), address);
-}
+Bytes CGEASCII::Iris(uint32_t address, int direction) { return DirectionFrame(kIrisLetters, direction, address); }
 
-Bytes CGEASCII::Focus(uint32_t address, int direction) {
-    if (direction == 0) return {};
-    return PlainFrame(Letter(kFocusLetters, direction), address);
-}
+Bytes CGEASCII::Focus(uint32_t address, int direction) { return DirectionFrame(kFocusLetters, direction, address); }
 
 Bytes CGEASCII::AutoIris(uint32_t, int) { return {}; }
 

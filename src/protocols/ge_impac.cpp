@@ -50,7 +50,9 @@ Bytes LensKeyFrame(uint32_t address, char key) {
     return Frame({kLensKeyClass, static_cast<uint8_t>(key), kLensKeyFlag, 0x00, address, 0x00});
 }
 
+// The key for the direction; nothing for direction 0.
 Bytes LensKeyFrame(uint32_t address, const KeyPair& keys, int direction) {
+    if (direction == 0) return {};
     return LensKeyFrame(address, direction < 0 ? keys.negative : keys.positive);
 }
 
@@ -89,10 +91,7 @@ bool CGEImpac::ShouldRepeat(int64_t, int64_t) const { return false; }
 // Only the lens has stop keys: iris first, then focus. Pan, tilt and zoom
 // stop through a move frame with their speed 0.
 Bytes CGEImpac::StopAxes(uint32_t address, int, int, int, int iris, int focus) {
-    Bytes frames;
-    if (iris != 0) frames += LensKeyFrame(address, kStopIrisKeys, iris);
-    if (focus != 0) frames += LensKeyFrame(address, kStopFocusKeys, focus);
-    return frames;
+    return LensKeyFrame(address, kStopIrisKeys, iris) + LensKeyFrame(address, kStopFocusKeys, focus);
 }
 
 Bytes CGEImpac::Pan(uint32_t, int) { return {}; }
@@ -114,15 +113,9 @@ Bytes CGEImpac::Preset(uint32_t address, int number, int action) {
 
 Bytes CGEImpac::SetZoomSpeed(uint32_t, int) { return {}; }
 
-Bytes CGEImpac::Iris(uint32_t address, int direction) {
-    if (direction == 0) return {};
-    return LensKeyFrame(address, kIrisKeys, direction);
-}
+Bytes CGEImpac::Iris(uint32_t address, int direction) { return LensKeyFrame(address, kIrisKeys, direction); }
 
-Bytes CGEImpac::Focus(uint32_t address, int direction) {
-    if (direction == 0) return {};
-    return LensKeyFrame(address, kFocusKeys, direction);
-}
+Bytes CGEImpac::Focus(uint32_t address, int direction) { return LensKeyFrame(address, kFocusKeys, direction); }
 
 Bytes CGEImpac::AutoIris(uint32_t, int) { return {}; }
 Bytes CGEImpac::AutoFocus(uint32_t, int) { return {}; }

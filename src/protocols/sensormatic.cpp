@@ -82,6 +82,13 @@ Bytes PresetFrame(uint32_t address, uint8_t function, int number) {
 // address, 0xCC, function, checksum
 Bytes SpecialFrame(uint32_t address, uint32_t function) { return Frame({address, kSpecialFunction, function}); }
 
+// Auto iris and auto focus share one special function, sent for any mode
+// but 0 (off), which has no frame.
+Bytes LensAutoFrame(uint32_t address, int mode) {
+    if (mode == 0) return {};
+    return SpecialFrame(address, kLensAuto);
+}
+
 uint32_t PatternCommand(int number, int action) {
     switch (action) {
         case kPatternStartRecording: return kRecordPatternBase + static_cast<uint32_t>(number);
@@ -155,22 +162,14 @@ Bytes CSensormatic::Focus(uint32_t address, int direction) {
     return CommandFrame(address, direction < 0 ? kFocusFar : kFocusNear);
 }
 
-// Auto iris and auto focus share one special function, sent for any mode
-// but 0 (off), which has no frame.
-Bytes CSensormatic::AutoIris(uint32_t address, int mode) {
-    if (mode == 0) return {};
-    return SpecialFrame(address, kLensAuto);
-}
+Bytes CSensormatic::AutoIris(uint32_t address, int mode) { return LensAutoFrame(address, mode); }
 
-Bytes CSensormatic::AutoFocus(uint32_t address, int mode) {
-    if (mode == 0) return {};
-    return SpecialFrame(address, kLensAuto);
-}
+Bytes CSensormatic::AutoFocus(uint32_t address, int mode) { return LensAutoFrame(address, mode); }
 
 // The top byte is the command; a special function takes the next byte as
 // its function. The low 16 bits are never sent.
 Bytes CSensormatic::RawCommand(uint32_t address, uint32_t value) {
-    const uint32_t command = (value >> 24) & 0xFF;
+    const uint32_t command = value >> 24;
     if (command == kSpecialFunction) return SpecialFrame(address, value >> 16);
     return CommandFrame(address, command);
 }

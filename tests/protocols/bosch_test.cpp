@@ -39,7 +39,6 @@ TEST(Bosch, BuildsFramesWithSplitAddressAndSevenBitChecksum) {
         {[](CBosch& p) { return p.Move(1, 0, 8, 0); }, "87 00 00 05 01 00 08 15"},
         {[](CBosch& p) { return p.Move(1, 0, 0, 1); }, "87 00 00 05 10 00 20 3C"},
         {[](CBosch& p) { return p.Move(1, 0, 0, -8); }, "87 00 00 05 F0 00 10 0C"},
-        {[](CBosch& p) { return p.Move(1, 0, 0, 9); }, "87 00 00 05 10 00 20 3C"},
         {[](CBosch& p) { return p.Move(1, 0, 64, 8); }, "87 00 00 05 FF 00 28 33"},
         {[](CBosch& p) { return p.Move(1, 0, 64, 9); }, "87 00 00 05 1F 00 28 53"},
         {[](CBosch& p) { return p.Move(1, -40, 40, -2); }, "87 00 00 05 39 48 1A 27"},
