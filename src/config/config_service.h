@@ -1,5 +1,6 @@
 // The configuration's two entry roads: the start-up at Open and the host's
-// updates through IOCTL op 2.
+// updates through IOCTL op 2; both end in a save that rewrites the file and
+// tells the host.
 #pragma once
 
 #include <cstddef>
@@ -18,5 +19,10 @@ int Start(PtzController& controller);
 // Applies a configuration document from the host; saves and notifies when
 // anything changed. Returns 0.
 int Update(PtzController& controller, const char* text, size_t length);
+
+// Rebuilds the document from the camera table, writes it to the file and
+// sends it to the host; the notice goes out even when the file could not be
+// written.
+void Save(PtzController& controller);
 
 }  // namespace vorna

@@ -1,0 +1,22 @@
+// Loading and saving XML files so that a crash or power loss in the middle of
+// a save never leaves a torn file: the document goes to a side file (the name
+// followed by ".pending"), is forced to disk and renamed over the real one;
+// a load prefers a side file that a crash left complete.
+#pragma once
+
+#include <string>
+
+#include "core/xml_document.h"
+
+namespace vorna {
+
+// Loads the side file if it parses (and renames it over `fileName`), else
+// `fileName` itself. True when a file was loaded and parsed.
+bool LoadDocument(XmlDocument& document, const std::string& fileName);
+
+// Writes `document` (four-space indentation, a line break after each element)
+// through the side file. On failure returns false with the reason as the
+// document's module error (id 2); TinyXML's own error flag stays as it was.
+bool SaveDocument(XmlDocument& document, const std::string& fileName);
+
+}  // namespace vorna

@@ -1,0 +1,48 @@
+// A fresh directory under /tmp for the lifetime of the object, removed with
+// everything in it afterwards; with helpers to read and write whole files.
+#pragma once
+
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+namespace vorna_test {
+
+class TempDir {
+public:
+    TempDir() {
+        char pattern[] = "/tmp/vorna-unit-XXXXXX";
+        if (mkdtemp(pattern) == nullptr) throw std::runtime_error("mkdtemp");
+        path = pattern;
+    }
+    ~TempDir() {
+        const std::string command = "rm -rf '" + path + "'";
+        if (std::system(command.c_str()) != 0) return;
+    }
+
+    std::string File(const std::string& name) const { return path + "/" + name; }
+
+    void Write(const std::string& name, const std::string& content) const {
+        std::ofstream(File(name), std::ios::binary) << content;
+    }
+
+    // The file's bytes, or "(missing)".
+    std::string Read(const std::string& name) const {
+        std::ifstream in(File(name), std::ios::binary);
+        if (!in) return "(missing)";
+        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    }
+
+    bool Exists(const std::string& name) const {
+        struct stat info;
+        return stat(File(name).c_str(), &info) == 0;
+    }
+
+    std::string path;
+};
+
+}  // namespace vorna_test
