@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <string>
 
+#include "protocols/axis_speed.h"
+
 namespace vorna {
 
 namespace {
@@ -67,15 +69,13 @@ Bytes Frame(uint32_t address, const std::string& command) {
     return head + command + kEtx;
 }
 
-uint32_t Magnitude(int speed) { return speed < 0 ? 0u - static_cast<uint32_t>(speed) : static_cast<uint32_t>(speed); }
-
 int Sign(int value) { return (value > 0) - (value < 0); }
 
 // Zoom in has speeds 0 to 3, zoom out 4 to 7; only the lowest two bits of
 // the magnitude count.
 uint32_t ZoomNibble(int zoom) {
     if (zoom == 0) return kZoomStill;
-    return ((Magnitude(zoom) - 1) & 3) + (zoom < 0 ? kZoomOutSpeeds : 0);
+    return ((SpeedMagnitude(zoom) - 1) & 3) + (zoom < 0 ? kZoomOutSpeeds : 0);
 }
 
 uint32_t DirectionNibble(int pan, int tilt) {
@@ -91,7 +91,7 @@ uint32_t DirectionNibble(int pan, int tilt) {
 // Sixteen speeds, four magnitudes to a step; larger magnitudes wrap.
 uint32_t SpeedNibble(int speed) {
     if (speed == 0) return 0;
-    return ((Magnitude(speed) - 1) >> 2) & 0xF;
+    return ((SpeedMagnitude(speed) - 1) >> 2) & 0xF;
 }
 
 }  // namespace

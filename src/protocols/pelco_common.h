@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "protocols/axis_speed.h"
 #include "protocols/protocol.h"
 
 namespace vorna {
@@ -47,8 +48,7 @@ inline uint8_t MotionBits(int pan, int tilt, int zoom) {
 // Nothing clamps: magnitude 65 gives 0x40 and 257 wraps to 0x00.
 inline uint8_t SpeedByte(int speed) {
     if (speed == 0) return 0;
-    const uint32_t magnitude = speed < 0 ? 0u - static_cast<uint32_t>(speed) : static_cast<uint32_t>(speed);
-    return Low8(magnitude - 1);
+    return Low8(SpeedMagnitude(speed) - 1);
 }
 
 // An unknown action still gets a frame, with command number 0.

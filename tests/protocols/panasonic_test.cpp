@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "protocols/protocol_table.h"
+#include "support/protocol_capabilities.h"
 
 using namespace vorna;
 
@@ -101,20 +102,6 @@ TEST(Panasonic, CapabilitiesOfTheRegisteredName) {
     FillProtocolTable(table);
     auto* protocol = dynamic_cast<CPanasonic*>(FindProtocol(table, "Panasonic"));
     ASSERT_NE(protocol, nullptr);
-    CPanasonic& p = *protocol;
-    EXPECT_EQ(p.GetPresetCount(), 64);
-    EXPECT_EQ(p.GetMinAddress(), 0);
-    EXPECT_EQ(p.GetMaxAddress(), 96);
-    EXPECT_TRUE(p.ShouldRepeat(0, 0));
-    EXPECT_EQ(p.GetRepeatCount(60), 0);
-    EXPECT_EQ(p.GetMenuType(), 3);
-    EXPECT_TRUE(p.HasMenuMode());
-    EXPECT_EQ(p.GetDelay(), 0);
-    EXPECT_EQ(p.GetPatternType(), 1);
-    EXPECT_EQ(p.GetCommandInterval(), 250);
-    EXPECT_TRUE(p.CanAutoFocus());
-    EXPECT_TRUE(p.CanAutoIris());
-    EXPECT_TRUE(p.CanFlip());
-    EXPECT_FALSE(p.CanApplePeel());
-    EXPECT_FALSE(p.RawCommand(1, 1).empty());
+    const vorna_test::Capabilities expected{64, 0, 96, true, 0, 3, true, 0, 1, 250, true, true, true, false, true};
+    EXPECT_EQ(vorna_test::CapabilitiesOf(*protocol), expected);
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "protocols/protocol_table.h"
+#include "support/protocol_capabilities.h"
 #include "support/recording_host.h"
 
 using namespace vorna;
@@ -131,31 +132,19 @@ TEST(PelcoD, CapabilitiesOfTheRegisteredNames) {
     struct Case {
         const char* name;
         bool hsd;
-        int menu;
-        int pattern;
+        vorna_test::Capabilities expected;
+    };
+    const std::vector<Case> cases = {
+        {"Pelco-D", false, {32, 0, 255, false, 0, 1, false, 0, 1, 250, true, true, true, false, true}},
+        {"HSD-Pelco-D", true, {32, 0, 255, false, 0, 3, false, 0, 3, 250, true, true, true, false, true}},
     };
     ProtocolTable table;
     FillProtocolTable(table);
-    for (const Case& c : {Case{"Pelco-D", false, 1, 1}, Case{"HSD-Pelco-D", true, 3, 3}}) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         auto* protocol = dynamic_cast<CPelcoD*>(FindProtocol(table, c.name));
         ASSERT_NE(protocol, nullptr);
         EXPECT_EQ(dynamic_cast<CHSDPelcoD*>(protocol) != nullptr, c.hsd);
-        CPelcoD& p = *protocol;
-        EXPECT_EQ(p.GetPresetCount(), 32);
-        EXPECT_EQ(p.GetMinAddress(), 0);
-        EXPECT_EQ(p.GetMaxAddress(), 255);
-        EXPECT_FALSE(p.ShouldRepeat(0, 0));
-        EXPECT_EQ(p.GetRepeatCount(60), 0);
-        EXPECT_EQ(p.GetMenuType(), c.menu);
-        EXPECT_FALSE(p.HasMenuMode());
-        EXPECT_EQ(p.GetDelay(), 0);
-        EXPECT_EQ(p.GetPatternType(), c.pattern);
-        EXPECT_EQ(p.GetCommandInterval(), 250);
-        EXPECT_TRUE(p.CanAutoFocus());
-        EXPECT_TRUE(p.CanAutoIris());
-        EXPECT_TRUE(p.CanFlip());
-        EXPECT_FALSE(p.CanApplePeel());
-        EXPECT_FALSE(p.RawCommand(1, 1).empty());
+        EXPECT_EQ(vorna_test::CapabilitiesOf(*protocol), c.expected);
     }
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "protocols/protocol_table.h"
+#include "support/protocol_capabilities.h"
 #include "support/recording_host.h"
 
 using namespace vorna;
@@ -82,20 +83,6 @@ TEST(PelcoP, CapabilitiesOfTheRegisteredName) {
     FillProtocolTable(table);
     auto* protocol = dynamic_cast<CPelcoP*>(FindProtocol(table, "Pelco-P"));
     ASSERT_NE(protocol, nullptr);
-    CPelcoP& p = *protocol;
-    EXPECT_EQ(p.GetPresetCount(), 32);
-    EXPECT_EQ(p.GetMinAddress(), 1);
-    EXPECT_EQ(p.GetMaxAddress(), 31);
-    EXPECT_FALSE(p.ShouldRepeat(0, 0));
-    EXPECT_EQ(p.GetRepeatCount(60), 0);
-    EXPECT_EQ(p.GetMenuType(), 1);
-    EXPECT_FALSE(p.HasMenuMode());
-    EXPECT_EQ(p.GetDelay(), 0);
-    EXPECT_EQ(p.GetPatternType(), 0);
-    EXPECT_EQ(p.GetCommandInterval(), 250);
-    EXPECT_FALSE(p.CanAutoFocus());
-    EXPECT_FALSE(p.CanAutoIris());
-    EXPECT_FALSE(p.CanFlip());
-    EXPECT_FALSE(p.CanApplePeel());
-    EXPECT_FALSE(p.RawCommand(1, 1).empty());
+    const vorna_test::Capabilities expected{32, 1, 31, false, 0, 1, false, 0, 0, 250, false, false, false, false, true};
+    EXPECT_EQ(vorna_test::CapabilitiesOf(*protocol), expected);
 }
