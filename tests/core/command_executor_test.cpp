@@ -4,6 +4,9 @@
 
 #include <functional>
 
+#include "protocols/ad_megapower.h"
+#include "protocols/panasonic.h"
+#include "protocols/pelco_d.h"
 #include "support/fake_clock.h"
 #include "support/fake_protocol.h"
 #include "support/recording_host.h"
@@ -183,4 +186,55 @@ TEST(ExecuteCommand, MissingProtocolIsLogged) {
     EXPECT_EQ(f.host.sent[0].payload, "<log_msg level=\"75\">ptz port COM3 address 12 missing protocol</log_msg>");
     EXPECT_EQ(f.camera.panMotion, 0);
     EXPECT_EQ(f.camera.lastCommandTime, f.clock.now);
+}
+
+// The executor with the real protocols: which builder each family answers
+// with decides the bytes on the line.
+TEST(ExecuteCommand, RealProtocolsOnTheWire) {
+    struct Step {
+        int opcode;
+        double parm;
+        std::string bytes;  // sent, as hex or text
+    };
+    struct Row {
+        const char* name;
+        std::function<std::unique_ptr<CProtocol>()> make;
+        bool hex;
+        std::vector<Step> steps;
+        std::string kept;
+    };
+    const std::vector<Row> rows = {
+        {"Pelco-D falls back to the combined move", [] { return std::make_unique<CPelcoD>(); }, true,
+         {{kOpPanLeft, 0, "FF 01 00 04 1F 00 24"}, {kOpTiltUp, 0, "FF 01 00 0C 1F 1F 4B"},
+          {kOpStopPan, 0, "FF 01 00 08 00 1F 28"}, {kOpStopTilt, 0, "FF 01 00 00 00 00 01"},
+          {kOpGoToPreset, 5.7, "FF 01 00 07 00 05 0D"}},
+         ""},
+        {"Panasonic keeps its frames", [] { return std::make_unique<CPanasonic>(); }, false,
+         {{kOpPanLeft, 0, "\x02" "AD01;GC7:9028870\x03"}},
+         "\x02" "AD01;GC7:9028870\x03"},
+        {"Panasonic menu navigation", [] { return std::make_unique<CPanasonic>(); }, false,
+         {{kOpMenuOn, 0, "\x02" "AD01;GC7:0021940\x03"}, {kOpPanLeft, 0, "\x02" "AD01;GC7:0021945\x03"},
+          {kOpTiltUp, 0, "\x02" "AD01;GC7:0021942\x03"}, {kOpIrisOpen, 0, "\x02" "AD01;GC7:002194A\x03"},
+          {kOpMenuOff, 0, "\x02" "AD01;GC7:0021941\x03"}, {kOpPanRight, 0, "\x02" "AD01;GC7:9028C70\x03"}},
+         "\x02" "AD01;GC7:9028C70\x03"},
+        {"AD-MP48 pans and stops through Pan", [] { return std::make_unique<CAdMp48>(false); }, false,
+         {{kOpPanRight, 0, "6Ma1#a4Ra"}, {kOpStopPan, 0, "6Ma1#a0Ra"}}, ""},
+        {"AD-M3200 pans through Move and keeps it", [] { return std::make_unique<CAdM3200>(false); }, false,
+         {{kOpPanRight, 0, "6Ma1#a4Ra"}}, "6Ma1#a4Ra"},
+    };
+    for (const Row& row : rows) {
+        vorna_test::FakeClock clock;
+        vorna_test::RecordingHost host;
+        auto protocol = row.make();
+        PtzCamera camera;
+        camera.protocol = protocol.get();
+        camera.stream = 1;
+        std::vector<std::string> expected;
+        for (const Step& step : row.steps) {
+            ExecuteCommand(camera, step.opcode, step.parm);
+            expected.push_back(row.hex ? vorna_test::FromHex(step.bytes) : step.bytes);
+        }
+        EXPECT_EQ(host.SerialPayloads(), expected) << row.name;
+        EXPECT_EQ(camera.repeatBytes, row.kept) << row.name;
+    }
 }
