@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include "support/failing_file_system.h"
 #include "support/temp_dir.h"
 
 using namespace vorna;
@@ -99,4 +100,75 @@ TEST(SafeFile, FailedRenameKeepsTheSideFileForTheNextLoad) {
     XmlDocument loaded;
     EXPECT_TRUE(LoadDocument(loaded, dir.File("VORNA.xml")));
     EXPECT_EQ(Version(loaded), "new");
+}
+
+namespace {
+
+// A configuration of `inputs` cameras: 1 fits one stdio buffer, 5000 need
+// dozens of them.
+XmlDocument DocumentOfSize(int inputs) {
+    std::string text = "<Tarn Delta=\"0\"><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\">";
+    for (int i = 1; i <= inputs; ++i) text += "<Input Number=\"" + std::to_string(i) + "\" SerialPort=\"COM1\" />";
+    text += "</Device></Devices></PTZ></Tarn>";
+    XmlDocument document;
+    EXPECT_TRUE(document.ParseText(text.data(), text.size()));
+    return document;
+}
+
+std::string Indented(const XmlDocument& document) {
+    TiXmlPrinter printer;
+    document.Accept(&printer);
+    return printer.Str();
+}
+
+}  // namespace
+
+TEST(SafeFile, AnyFailingCallLeavesTheFileAsItWas) {
+    using Call = vorna_test::FailingFileSystem::Call;
+    struct Row {
+        Call call;
+        int error;
+        const char* message;  // empty: the save succeeds
+    };
+    const std::vector<Row> rows = {
+        {Call::kNothing, 0, ""},
+        {Call::kWrite, ENOSPC, "write error 28 - No space left on device"},
+        {Call::kWrite, EIO, "write error 5 - Input/output error"},
+        {Call::kWrite, EDQUOT, "write error 122 - Disk quota exceeded"},
+        {Call::kFlush, ENOSPC, "write error 28 - No space left on device"},
+        {Call::kFlush, EIO, "write error 5 - Input/output error"},
+        {Call::kFlush, EDQUOT, "write error 122 - Disk quota exceeded"},
+        {Call::kSync, ENOSPC, "write error 28 - No space left on device"},
+        {Call::kSync, EIO, "write error 5 - Input/output error"},
+        {Call::kSync, EDQUOT, "write error 122 - Disk quota exceeded"},
+        {Call::kClose, ENOSPC, "close error 28 - No space left on device"},
+        {Call::kClose, EIO, "close error 5 - Input/output error"},
+        {Call::kClose, EDQUOT, "close error 122 - Disk quota exceeded"},
+        {Call::kOpen, EACCES, "create error 13 - Permission denied"},
+        {Call::kOpen, EROFS, "create error 30 - Read-only file system"},
+        {Call::kOpen, EXDEV, "create error 18 - Invalid cross-device link"},
+        {Call::kRename, EACCES, "Failed to rename .xml.pending to .xml file 13 - Permission denied"},
+        {Call::kRename, EROFS, "Failed to rename .xml.pending to .xml file 30 - Read-only file system"},
+        {Call::kRename, EXDEV, "Failed to rename .xml.pending to .xml file 18 - Invalid cross-device link"},
+        {Call::kDirectorySync, EIO, ""},
+    };
+    for (const int inputs : {1, 5000}) {
+        const std::string text = Indented(DocumentOfSize(inputs));
+        for (const Row& row : rows) {
+            const std::string name = std::string(row.message) + " with " + std::to_string(text.size()) + " bytes";
+            TempDir dir;
+            dir.Write("VORNA.xml", kOld);
+            XmlDocument document = DocumentOfSize(inputs);
+            const bool saved = [&] {
+                vorna_test::FailingFileSystem files(row.call, row.error);
+                return SaveDocument(document, dir.File("VORNA.xml"));
+            }();
+            const bool succeeds = *row.message == '\0';
+            const bool renameFailed = row.call == Call::kRename;
+            EXPECT_EQ(saved, succeeds) << name;
+            EXPECT_EQ(document.ModuleErrorDesc(), row.message) << name;
+            EXPECT_EQ(dir.Read("VORNA.xml"), succeeds ? text : kOld) << name;
+            EXPECT_EQ(dir.Read("VORNA.xml.pending"), renameFailed ? text : "(missing)") << name;
+        }
+    }
 }

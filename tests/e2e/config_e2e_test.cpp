@@ -1,4 +1,6 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <iterator>
@@ -142,4 +144,34 @@ TEST(ConfigE2E, RefusedNoticeIsReportedOnStandardError) {
     module.host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, Update("<Input Number=\"1\"/>"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "VORNA: config event ret 5\n");
     module.host.callbackResult = 0;
+}
+
+// A side file that cannot be created (a directory stands in its way) fails
+// the save: the host still gets the new document, the file keeps the old one,
+// and the next start works from the old one.
+TEST(ConfigE2E, FailedSaveStillNotifiesAndTheNextStartLoadsTheOldFile) {
+    const std::string oldFile = std::string(kTwoCameras) + "    </PTZ>\n</Tarn>\n";
+    OpenModule module(oldFile.c_str());
+    ASSERT_EQ(ReadFile(kConfigFile).rfind(kTwoCameras, 0), 0u);
+    const std::string started = ReadFile(kConfigFile);
+    ASSERT_EQ(mkdir("VORNA.xml.pending", 0700), 0);
+    module.host.ClearSent();
+
+    module.host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, Update("<Input Number=\"2\" TourEnabled=\"1\"/>"));
+    auto notices = Notices(module.host);
+    ASSERT_EQ(notices.size(), 1u);
+    EXPECT_NE(notices[0].payload.find("Address=\"4\" Presets=\"99\" TourDwell=\"10\" TourEnabled=\"1\""),
+              std::string::npos);
+    EXPECT_EQ(ReadFile(kConfigFile), started);
+
+    ASSERT_EQ(rmdir("VORNA.xml.pending"), 0);
+    module.host.close();
+    module.host.unload();
+    module.host.ClearSent();
+    module.host.Load();
+    module.host.open();
+    notices = Notices(module.host);
+    ASSERT_EQ(notices.size(), 1u);
+    EXPECT_EQ(notices[0].payload, Flattened(started));
+    EXPECT_EQ(ReadFile(kConfigFile), started);
 }

@@ -1,0 +1,45 @@
+// The file calls of the safe save, behind one replaceable object: the real
+// POSIX calls unless a test installed another, so that any one of them can be
+// made to fail on demand.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+namespace vorna {
+
+// Each call returns what its C library counterpart returns and leaves errno
+// as it does.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+    virtual FILE* Open(const std::string& path, const char* mode) = 0;       // fopen
+    virtual size_t Write(const void* data, size_t size, FILE* file) = 0;     // fwrite of `size` bytes
+    virtual int Flush(FILE* file) = 0;                                       // fflush
+    virtual int Sync(FILE* file) = 0;                                        // fsync of the stream's descriptor
+    virtual int Close(FILE* file) = 0;                                       // fclose
+    virtual int Rename(const std::string& from, const std::string& to) = 0;  // rename
+    virtual int Unlink(const std::string& path) = 0;                         // unlink
+    virtual int SyncDirectory(const std::string& path) = 0;                  // open, fsync, close of a directory
+};
+
+class PosixFileSystem : public FileSystem {
+public:
+    FILE* Open(const std::string& path, const char* mode) override;
+    size_t Write(const void* data, size_t size, FILE* file) override;
+    int Flush(FILE* file) override;
+    int Sync(FILE* file) override;
+    int Close(FILE* file) override;
+    int Rename(const std::string& from, const std::string& to) override;
+    int Unlink(const std::string& path) override;
+    int SyncDirectory(const std::string& path) override;
+};
+
+// The POSIX file system unless a test installed another.
+FileSystem& CurrentFileSystem();
+
+// Installs `fileSystem` (null restores the POSIX one). Tests only.
+void SetFileSystem(FileSystem* fileSystem);
+
+}  // namespace vorna
