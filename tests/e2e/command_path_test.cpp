@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "e2e/module_host.h"
+
+using namespace vorna_test;
+
+namespace {
+
+const char kSerialDocument[] =
+    "<Tarn Delta=\"0\"><Serial ID=\"851968\"><Input>"
+    "<Device Port=\"COM1\" Protocol=\"Pelco-D\" Use=\"2\" StreamID=\"21\"/>"
+    "<Device Port=\"COM2\" Protocol=\"Panasonic\" Use=\"2\" StreamID=\"22\"/>"
+    "</Input></Serial></Tarn>";
+
+const char kCameraDocument[] =
+    "<Tarn Delta=\"1\"><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\">"
+    "<Input Number=\"1\" SerialPort=\"COM1\" Address=\"1\"/>"
+    "<Input Number=\"2\" SerialPort=\"COM2\" Address=\"12\"/>"
+    "</Device></Devices></PTZ></Tarn>";
+
+std::string Event(int input, int opcode, const std::string& parm = "0", const std::string& alarm = "") {
+    return "<Tarn><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\"><Video><Input Number=\"" +
+           std::to_string(input) + "\" Opcode=\"" + std::to_string(opcode) + "\" Parm=\"" + parm + "\"" + alarm +
+           "/></Video></Device></Devices></PTZ></Tarn>";
+}
+
+// A module opened in a fresh directory with a Pelco-D camera (input 1, stream
+// 21) and a Panasonic camera (input 2, address 12, stream 22).
+struct ConfiguredModule {
+    ConfiguredModule() {
+        host.Load();
+        host.open();
+        host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, kSerialDocument);
+        host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, kCameraDocument);
+        host.ClearSent();
+    }
+    ~ConfiguredModule() {
+        host.StopWorker();
+        host.close();
+        host.unload();
+    }
+    std::vector<std::string> Serial(uint64_t stream) {
+        std::vector<std::string> payloads;
+        for (auto& m : host.SentOfType(VORNA_TYPE_SERIAL))
+            if (m.record.stream == stream) payloads.push_back(m.payload);
+        return payloads;
+    }
+    ScopedWorkDir dir;
+    ModuleHost host;
+};
+
+const std::string kPelcoPanLeft("\xFF\x01\x00\x04\x1F\x00\x24", 7);
+const std::string kPanasonicPanLeft = "\x02" "AD12;GC7:9028870\x03";
+
+}  // namespace
+
+TEST(CommandPath, PanLeftReachesThePelcoDLine) {
+    ConfiguredModule module;
+    module.host.Event(VORNA_TYPE_EVENT, VORNA_FLAGS_EVENT, Event(1, 33));
+    auto serial = module.host.SentOfType(VORNA_TYPE_SERIAL);
+    ASSERT_EQ(serial.size(), 1u);
+    EXPECT_EQ(serial[0].payload, kPelcoPanLeft);
+    EXPECT_EQ(serial[0].record.stream, 21u);
+    EXPECT_EQ(serial[0].record.flags, 0x1000001u);
+}
+
+TEST(CommandPath, WriteAcceptsOnlyEventTypesWithBothFlagBits) {
+    struct Row {
+        uint64_t type;
+        uint64_t flags;
+        bool accepted;
+    };
+    const Row rows[] = {
+        {8, 0x1000010, true}, {8, 0x3000010, true}, {12, 0x1000010, false},
+        {0, 0x1000010, false}, {8, 0x1000000, false}, {16, 0x1000010, false},
+    };
+    for (const Row& row : rows) {
+        ConfiguredModule module;
+        module.host.Event(row.type, row.flags, Event(1, 33));
+        EXPECT_EQ(module.Serial(21).size(), row.accepted ? 1u : 0u) << row.type << " " << row.flags;
+    }
+}
+
+TEST(CommandPath, AlarmFormIsCarriedOutByTheWorker) {
+    ConfiguredModule module;
+    module.host.Event(VORNA_TYPE_ALARM_EVENT, VORNA_FLAGS_EVENT,
+                      Event(1, 60, "5", " Time=\"0\" Milliseconds=\"0\" Action=\"3\" Alarm=\"1\""));
+    EXPECT_TRUE(module.Serial(21).empty());
+    module.host.StartWorker();
+    const std::string goToPreset5("\xFF\x01\x00\x07\x00\x05\x0D", 7);
+    for (int i = 0; i < 100 && module.Serial(21).empty(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    ASSERT_FALSE(module.Serial(21).empty());
+    EXPECT_EQ(module.Serial(21)[0], goToPreset5);
+}
+
+TEST(CommandPath, PanasonicFrameRepeatsFromTheWorker) {
+    ConfiguredModule module;
+    module.host.StartWorker();
+    module.host.Event(VORNA_TYPE_EVENT, VORNA_FLAGS_EVENT, Event(2, 33));
+    std::this_thread::sleep_for(std::chrono::milliseconds(700));
+    auto frames = module.Serial(22);
+    ASSERT_GE(frames.size(), 2u);
+    EXPECT_LE(frames.size(), 4u);
+    for (const auto& frame : frames) EXPECT_EQ(frame, kPanasonicPanLeft);
+}
+
+// Host threads send commands and configuration while the worker runs; run
+// under ThreadSanitizer too.
+TEST(Concurrency, WritesAndUpdatesWhileTheWorkerRuns) {
+    ConfiguredModule module;
+    module.host.StartWorker();
+    std::atomic<bool> go{false};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 3; ++t)
+        threads.emplace_back([&, t] {
+            while (!go) std::this_thread::yield();
+            for (int i = 0; i < 100; ++i) {
+                module.host.Event(VORNA_TYPE_EVENT, VORNA_FLAGS_EVENT, Event(1 + (i + t) % 2, i % 2 ? 33 : 32));
+                module.host.Event(VORNA_TYPE_ALARM_EVENT, VORNA_FLAGS_EVENT,
+                                  Event(2, 60, "1", " Time=\"0\" Milliseconds=\"0\" Action=\"1\" Alarm=\"1\""));
+            }
+        });
+    threads.emplace_back([&] {
+        while (!go) std::this_thread::yield();
+        for (int i = 0; i < 10; ++i) {
+            module.host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, kSerialDocument);
+            module.host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, kCameraDocument);
+        }
+    });
+    go = true;
+    for (auto& thread : threads) thread.join();
+    module.host.StopWorker();
+    EXPECT_EQ(module.host.workerResult, 0);
+    EXPECT_GE(module.Serial(21).size(), 1u);
+}
