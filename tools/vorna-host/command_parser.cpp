@@ -1,0 +1,225 @@
+#include "command_parser.h"
+
+#include <cerrno>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <sstream>
+
+namespace vorna_host {
+
+namespace {
+
+constexpr int kStopPan = 32;
+constexpr int kStopTilt = 54;
+constexpr int kStopZoom = 31;
+constexpr int kRawCommand = 64;
+
+// A verb, optionally followed by one fixed word and a number, that becomes
+// one opcode (the number is its parameter).
+struct OpcodeVerb {
+    const char* verb;
+    const char* word;  // null: the verb stands alone
+    int opcode;
+    bool takesNumber;
+};
+
+const OpcodeVerb kOpcodeVerbs[] = {
+    {"left", nullptr, 33, false},    {"right", nullptr, 34, false},   {"up", nullptr, 53, false},
+    {"down", nullptr, 52, false},    {"zoom", "in", 17, false},       {"zoom", "out", 18, false},
+    {"iris", "open", 10, false},     {"iris", "close", 11, false},    {"iris", "stop", 62, false},
+    {"focus", "near", 12, false},    {"focus", "far", 13, false},     {"focus", "stop", 63, false},
+    {"preset", "set", 58, true},     {"preset", "goto", 60, true},    {"preset", "clear", 59, true},
+    {"pattern", "run", 69, true},    {"pattern", "record", 70, true}, {"pattern", "stop", 71, true},
+    {"menu", "on", 65, false},       {"menu", "off", 66, false},      {"speed", "pan", 39, true},
+    {"speed", "tilt", 46, true},     {"speed", "zoom", 30, true},
+};
+
+// The host's own commands and those with their own argument shapes.
+const char* const kOtherUsages[] = {
+    "camera DEVICES DEVICE INPUT",
+    "stop",
+    "raw VALUE",
+    "op OPCODE [PARM]",
+    "alarm start|end ACTION OPCODE PARM",
+    "config FILE",
+    "wait MS",
+    "help",
+    "quit",
+};
+
+// Decimal, or with base 0 also "0x" hexadecimal.
+bool ParseInt(const std::string& text, long long low, long long high, long long& value, int base = 10) {
+    if (text.empty()) return false;
+    errno = 0;
+    char* end = nullptr;
+    value = std::strtoll(text.c_str(), &end, base);
+    return errno == 0 && *end == '\0' && value >= low && value <= high;
+}
+
+bool ParseInt(const std::string& text, int& value) {
+    long long wide;
+    if (!ParseInt(text, INT_MIN, INT_MAX, wide)) return false;
+    value = static_cast<int>(wide);
+    return true;
+}
+
+bool ParseNumber(const std::string& text, double& value) {
+    if (text.empty()) return false;
+    char* end = nullptr;
+    value = std::strtod(text.c_str(), &end);
+    return *end == '\0' && std::isfinite(value);
+}
+
+// "preset set|goto|clear N": the usage of a verb, from the table.
+std::string VerbUsage(const std::string& verb) {
+    std::string words;
+    bool takesNumber = false;
+    for (const OpcodeVerb& entry : kOpcodeVerbs) {
+        if (verb != entry.verb) continue;
+        if (entry.word == nullptr) return verb;
+        words += (words.empty() ? "" : "|") + std::string(entry.word);
+        takesNumber = entry.takesNumber;
+    }
+    return verb + " " + words + (takesNumber ? " N" : "");
+}
+
+bool IsOpcodeVerb(const std::string& verb) {
+    for (const OpcodeVerb& entry : kOpcodeVerbs)
+        if (verb == entry.verb) return true;
+    return false;
+}
+
+bool ParseOpcodeVerb(const std::vector<std::string>& words, Command& command) {
+    for (const OpcodeVerb& entry : kOpcodeVerbs) {
+        if (words[0] != entry.verb) continue;
+        const size_t wordCount = (entry.word ? 2 : 1) + (entry.takesNumber ? 1 : 0);
+        if (words.size() != wordCount || (entry.word && words[1] != entry.word)) continue;
+        OpcodeCall call{entry.opcode, 0};
+        if (entry.takesNumber && !ParseNumber(words.back(), call.parm)) return false;
+        command.kind = CommandKind::kEvent;
+        command.calls.push_back(call);
+        return true;
+    }
+    return false;
+}
+
+// The module passes a raw value to the protocol as the 32-bit integer part of
+// the parameter, read back as unsigned: values above 0x7FFFFFFF travel as
+// their negative two's-complement twins.
+bool ParseRawValue(const std::string& text, double& parm) {
+    long long value;
+    const bool octal = text.size() > 1 && text[0] == '0' && text[1] != 'x' && text[1] != 'X';
+    if (octal) return false;
+    if (!ParseInt(text, 0, UINT32_MAX, value, 0)) return false;
+    parm = static_cast<double>(static_cast<int32_t>(static_cast<uint32_t>(value)));
+    return true;
+}
+
+bool ParseAlarm(const std::vector<std::string>& words, Command& command) {
+    if (words.size() != 5 || (words[1] != "start" && words[1] != "end")) return false;
+    command.alarm.start = words[1] == "start";
+    if (!ParseInt(words[2], command.alarm.action) || !ParseInt(words[3], command.alarm.call.opcode) ||
+        !ParseNumber(words[4], command.alarm.call.parm))
+        return false;
+    command.kind = CommandKind::kAlarm;
+    return true;
+}
+
+bool ParseOtherCommand(const std::vector<std::string>& words, const std::string& rest, Command& command) {
+    const std::string& verb = words[0];
+    const size_t count = words.size();
+    if (verb == "camera") {
+        command.kind = CommandKind::kCamera;
+        return count == 4 && ParseInt(words[1], command.camera.devicesId) &&
+               ParseInt(words[2], command.camera.deviceNumber) && ParseInt(words[3], command.camera.inputNumber);
+    }
+    if (verb == "stop") {
+        command.kind = CommandKind::kEvent;
+        command.calls = {{kStopPan, 0}, {kStopTilt, 0}, {kStopZoom, 0}};
+        return count == 1;
+    }
+    if (verb == "raw") {
+        command.kind = CommandKind::kEvent;
+        command.calls = {{kRawCommand, 0}};
+        return count == 2 && ParseRawValue(words[1], command.calls[0].parm);
+    }
+    if (verb == "op") {
+        command.kind = CommandKind::kEvent;
+        command.calls = {{0, 0}};
+        return (count == 2 || count == 3) && ParseInt(words[1], command.calls[0].opcode) &&
+               (count == 2 || ParseNumber(words[2], command.calls[0].parm));
+    }
+    if (verb == "alarm") return ParseAlarm(words, command);
+    if (verb == "config") {
+        command.kind = CommandKind::kConfig;
+        command.path = rest;
+        return !rest.empty();
+    }
+    if (verb == "wait") {
+        long long milliseconds;
+        command.kind = CommandKind::kWait;
+        if (count != 2 || !ParseInt(words[1], 0, INT_MAX, milliseconds)) return false;
+        command.milliseconds = static_cast<int>(milliseconds);
+        return true;
+    }
+    if (verb == "help") command.kind = CommandKind::kHelp;
+    if (verb == "quit") command.kind = CommandKind::kQuit;
+    return count == 1;
+}
+
+std::string OtherUsage(const std::string& verb) {
+    for (const char* usage : kOtherUsages) {
+        const std::string text = usage;
+        if (text.compare(0, verb.size(), verb) == 0 && (text.size() == verb.size() || text[verb.size()] == ' '))
+            return text;
+    }
+    return std::string();
+}
+
+}  // namespace
+
+bool ParseCommand(const std::string& line, Command& command, std::string& error) {
+    command = Command();
+    std::istringstream stream(line);
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;) words.push_back(word);
+    if (words.empty() || words[0][0] == '#') return true;
+
+    const std::string& verb = words[0];
+    if (IsOpcodeVerb(verb)) {
+        if (ParseOpcodeVerb(words, command)) return true;
+        error = "expected '" + VerbUsage(verb) + "'";
+        return false;
+    }
+    const std::string usage = OtherUsage(verb);
+    if (usage.empty()) {
+        error = "unknown command '" + verb + "' (try 'help')";
+        return false;
+    }
+    const size_t restStart = line.find_first_not_of(" \t", line.find(verb) + verb.size());
+    const size_t restEnd = line.find_last_not_of(" \t\r");
+    const std::string rest = restStart == std::string::npos ? std::string() : line.substr(restStart, restEnd - restStart + 1);
+    if (ParseOtherCommand(words, rest, command)) return true;
+    command = Command();
+    error = "expected '" + usage + "'";
+    return false;
+}
+
+std::string CommandHelp() {
+    std::string help = "Commands (one per line; '#' starts a comment):\n";
+    std::string previousVerb;
+    for (const OpcodeVerb& entry : kOpcodeVerbs) {
+        if (entry.verb != previousVerb) help += "  " + VerbUsage(entry.verb) + "\n";
+        previousVerb = entry.verb;
+    }
+    for (const char* usage : kOtherUsages) help += "  " + std::string(usage) + "\n";
+    help +=
+        "'stop' stops pan, tilt and zoom. Other opcodes through 'op': 9 auto iris,\n"
+        "14 auto focus, 67 flip, 68 apple peel, 72 pattern action 2, 73 menu enter.\n"
+        "File paths are taken relative to the directory vorna-host was started in.\n";
+    return help;
+}
+
+}  // namespace vorna_host

@@ -1,0 +1,80 @@
+#include "documents.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace vorna_host {
+
+namespace {
+
+constexpr const char* kModuleId = "1048576";
+constexpr const char* kSerialSectionId = "851968";
+// Use 2 marks a port that drives PTZ cameras.
+constexpr const char* kPtzUse = "2";
+
+std::string EscapeAttribute(const std::string& value) {
+    std::string escaped;
+    for (char c : value) {
+        switch (c) {
+            case '&': escaped += "&amp;"; break;
+            case '<': escaped += "&lt;"; break;
+            case '>': escaped += "&gt;"; break;
+            case '"': escaped += "&quot;"; break;
+            default: escaped += c;
+        }
+    }
+    return escaped;
+}
+
+std::string Attribute(const char* name, const std::string& value) {
+    return std::string(" ") + name + "=\"" + EscapeAttribute(value) + "\"";
+}
+
+std::string Attribute(const char* name, long long value) { return Attribute(name, std::to_string(value)); }
+
+std::string CommandInput(const CameraKey& camera, const OpcodeCall& call) {
+    return "<Input" + Attribute("Number", camera.inputNumber) + Attribute("Opcode", call.opcode) +
+           Attribute("Parm", FormatParm(call.parm));
+}
+
+std::string CameraEvent(const CameraKey& camera, const std::string& inputs) {
+    return std::string("<Tarn><PTZ ID=\"") + kModuleId + "\"><Devices" + Attribute("ID", camera.devicesId) +
+           "><Device" + Attribute("Number", camera.deviceNumber) + "><Video>" + inputs +
+           "</Video></Device></Devices></PTZ></Tarn>";
+}
+
+}  // namespace
+
+std::string FormatParm(double value) {
+    char text[32];
+    for (int precision = 1; precision <= 17; ++precision) {
+        std::snprintf(text, sizeof text, "%.*g", precision, value);
+        if (std::strtod(text, nullptr) == value) break;
+    }
+    return text;
+}
+
+std::string EventDocument(const CameraKey& camera, const std::vector<OpcodeCall>& calls) {
+    std::string inputs;
+    for (const OpcodeCall& call : calls) inputs += CommandInput(camera, call) + " />";
+    return CameraEvent(camera, inputs);
+}
+
+std::string AlarmDocument(const CameraKey& camera, const AlarmCall& alarm, int64_t nowMs) {
+    const std::string input = CommandInput(camera, alarm.call) + Attribute("Time", nowMs / 1000) +
+                              Attribute("Milliseconds", nowMs % 1000) + Attribute("Action", alarm.action) +
+                              Attribute("Alarm", alarm.start ? 1 : 0) + " />";
+    return CameraEvent(camera, input);
+}
+
+std::string SerialPortDocument(const std::vector<LineBinding>& lines) {
+    std::string devices;
+    for (const LineBinding& line : lines) {
+        devices += "<Device" + Attribute("Port", line.port) + Attribute("Protocol", line.protocol) +
+                   Attribute("Use", kPtzUse) + Attribute("StreamID", static_cast<long long>(line.stream)) + " />";
+    }
+    return std::string("<Tarn Delta=\"0\"><Serial ID=\"") + kSerialSectionId + "\"><Input>" + devices +
+           "</Input></Serial></Tarn>";
+}
+
+}  // namespace vorna_host

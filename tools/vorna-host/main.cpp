@@ -1,0 +1,129 @@
+// vorna-host: the reference host. Loads libvorna.so as a recorder does, owns
+// the serial lines, and turns operator commands into event documents.
+#include <fcntl.h>
+#include <limits.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "device_line.h"
+#include "documents.h"
+#include "known_protocols.h"
+#include "line_reader.h"
+#include "message_router.h"
+#include "module_driver.h"
+#include "options.h"
+#include "printed_line.h"
+#include "session.h"
+#include "stop_signal.h"
+
+namespace vorna_host {
+namespace {
+
+constexpr int kUsageError = 2;
+constexpr int kStartError = 1;
+
+int Fail(int status, const std::string& message) {
+    std::fprintf(stderr, "vorna-host: %s\n", message.c_str());
+    return status;
+}
+
+std::string CurrentDirectory() {
+    char path[PATH_MAX];
+    return getcwd(path, sizeof path) != nullptr ? path : ".";
+}
+
+std::string Absolute(const std::string& path, const std::string& baseDir) {
+    return path.empty() || path[0] == '/' ? path : baseDir + "/" + path;
+}
+
+// The libvorna.so of the build tree that holds this executable: beside it,
+// or one directory up (build/tools/vorna-host next to build/libvorna.so).
+std::string DefaultModulePath() {
+    char self[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);
+    if (length <= 0) return "libvorna.so";
+    std::string dir(self, static_cast<size_t>(length));
+    dir.resize(dir.rfind('/'));
+    const std::string beside = dir + "/libvorna.so";
+    return access(beside.c_str(), F_OK) == 0 ? beside : dir + "/../libvorna.so";
+}
+
+// Stream numbers count from 1: a camera on stream 0 is one whose line the
+// module does not know, and it sends nothing.
+bool OpenLines(const std::vector<LineSpec>& specs, std::chrono::steady_clock::time_point start, MessageRouter& router,
+               std::vector<LineBinding>& bindings, std::string& error) {
+    for (size_t i = 0; i < specs.size(); ++i) {
+        const LineSpec& spec = specs[i];
+        std::unique_ptr<SerialLine> line;
+        if (spec.device.empty()) {
+            line.reset(new PrintedLine(spec.name, FindKnownProtocol(spec.protocol)->textFrames, start, stdout));
+        } else {
+            line = DeviceLine::Open(spec.device, spec.baud, error);
+            if (!line) {
+                error = "--line " + spec.name + ": " + error;
+                return false;
+            }
+        }
+        const uint64_t stream = i + 1;
+        router.AddLine(stream, spec.name, std::move(line));
+        bindings.push_back(LineBinding{spec.name, spec.protocol, stream});
+    }
+    return true;
+}
+
+int OpenInput(const std::string& scriptPath, std::string& error) {
+    if (scriptPath.empty()) return STDIN_FILENO;
+    const int fd = open(scriptPath.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) error = "cannot open script " + scriptPath + ": " + std::strerror(errno);
+    return fd;
+}
+
+int RunHost(const std::vector<std::string>& args) {
+    HostOptions options;
+    std::string error;
+    if (!ParseOptions(args, options, error)) return Fail(kUsageError, error);
+    if (options.help) {
+        std::fputs(UsageText().c_str(), stdout);
+        return 0;
+    }
+    // A closed standard output shows up as a failed frame print, not a kill.
+    signal(SIGPIPE, SIG_IGN);
+    StopSignal stop;
+    if (!stop.Install(error)) return Fail(kStartError, error);
+
+    const auto start = std::chrono::steady_clock::now();
+    const std::string baseDir = CurrentDirectory();
+    const int input = OpenInput(Absolute(options.scriptPath, baseDir), error);
+    if (input < 0) return Fail(kStartError, error);
+    MessageRouter router(stderr);
+    std::vector<LineBinding> bindings;
+    if (!OpenLines(options.lines, start, router, bindings, error)) return Fail(kStartError, error);
+    const std::string modulePath =
+        options.modulePath.empty() ? DefaultModulePath() : Absolute(options.modulePath, baseDir);
+    std::unique_ptr<ModuleDriver> module = ModuleDriver::Open(modulePath, error);
+    if (!module) return Fail(kStartError, "cannot load module " + modulePath + ": " + error);
+    if (!options.workDir.empty() && chdir(options.workDir.c_str()) != 0)
+        return Fail(kStartError, "cannot enter working directory " + options.workDir + ": " + std::strerror(errno));
+
+    MessageRouter::Install(&router);
+    module->Start(&MessageRouter::Callback);
+    if (!bindings.empty()) module->UpdateConfiguration(SerialPortDocument(bindings));
+    LineReader reader(input, stop);
+    const Session::Settings settings{baseDir, !options.scriptPath.empty(), start};
+    Session(*module, stop, settings, stdout, stderr).Run(reader);
+    module->Stop();
+    return 0;
+}
+
+}  // namespace
+}  // namespace vorna_host
+
+int main(int argc, char** argv) { return vorna_host::RunHost(std::vector<std::string>(argv + 1, argv + argc)); }

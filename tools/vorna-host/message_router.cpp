@@ -1,0 +1,94 @@
+#include "message_router.h"
+
+namespace vorna_host {
+
+namespace {
+
+constexpr int kRefused = 1;
+
+MessageRouter* g_router = nullptr;
+
+size_t CountOccurrences(const std::string& text, const std::string& part) {
+    size_t count = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) ++count;
+    return count;
+}
+
+// The value of `name="..."` in an element printed by the module.
+std::string AttributeValue(const std::string& text, const std::string& name) {
+    const std::string head = " " + name + "=\"";
+    const size_t start = text.find(head);
+    if (start == std::string::npos) return std::string();
+    const size_t valueStart = start + head.size();
+    return text.substr(valueStart, text.find('"', valueStart) - valueStart);
+}
+
+}  // namespace
+
+std::string DescribeConfiguration(const std::string& notice) {
+    // Every camera is one Input element; every protocol the module offers is
+    // one Protocol element (the Input's own Protocol attribute has no '<').
+    return "configuration: " + std::to_string(CountOccurrences(notice, "<Input ")) + " cameras, " +
+           std::to_string(CountOccurrences(notice, "<Protocol ")) + " protocols";
+}
+
+std::string DescribeLog(const std::string& text) {
+    const std::string head = "<log_msg level=\"";
+    const std::string tail = "</log_msg>";
+    const size_t levelEnd = text.find("\">", head.size());
+    const bool wrapped = text.compare(0, head.size(), head) == 0 && levelEnd != std::string::npos &&
+                         text.size() >= levelEnd + 2 + tail.size() &&
+                         text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+    if (!wrapped) return "log: " + text;
+    const size_t messageStart = levelEnd + 2;
+    return "log " + text.substr(head.size(), levelEnd - head.size()) + ": " +
+           text.substr(messageStart, text.size() - tail.size() - messageStart);
+}
+
+void MessageRouter::AddLine(uint64_t stream, std::string name, std::unique_ptr<SerialLine> line) {
+    lines_[stream] = NamedLine{std::move(name), std::move(line)};
+}
+
+int MessageRouter::Route(const HostMessage& message) {
+    const auto* bytes = static_cast<const uint8_t*>(message.data);
+    const std::string text(static_cast<const char*>(message.data), message.length);
+    switch (message.type) {
+        case VORNA_TYPE_SERIAL:
+            return SendToLine(message.stream, bytes, message.length);
+        case VORNA_TYPE_LOG:
+            Report(DescribeLog(text));
+            return 0;
+        case VORNA_TYPE_CONFIG:
+            if (message.flags == VORNA_FLAGS_ANNOUNCEMENT)
+                Report("module " + AttributeValue(text, "Name") + " " + AttributeValue(text, "Version"));
+            else
+                Report(DescribeConfiguration(text));
+            return 0;
+        default:
+            return 0;
+    }
+}
+
+int MessageRouter::SendToLine(uint64_t stream, const uint8_t* bytes, size_t length) {
+    const auto found = lines_.find(stream);
+    if (found == lines_.end()) {
+        Report("serial output for unknown stream " + std::to_string(stream) + " dropped");
+        return kRefused;
+    }
+    std::string error;
+    if (found->second.line->Send(bytes, length, error)) return 0;
+    Report("line " + found->second.name + ": " + error);
+    return kRefused;
+}
+
+void MessageRouter::Report(const std::string& text) {
+    const std::string line = "vorna-host: " + text + "\n";
+    std::fwrite(line.data(), 1, line.size(), report_);
+    std::fflush(report_);
+}
+
+int MessageRouter::Callback(HostMessage* message, int) { return g_router->Route(*message); }
+
+void MessageRouter::Install(MessageRouter* router) { g_router = router; }
+
+}  // namespace vorna_host

@@ -1,0 +1,48 @@
+// Everything the module sends comes through one callback: serial output goes
+// to the line with that stream number, log lines, the announcement and
+// configuration notices are reported on standard error as they arrive.
+#pragma once
+
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "serial_line.h"
+#include "vorna/host_abi.h"
+
+namespace vorna_host {
+
+// "configuration: 2 cameras, 12 protocols" for a configuration notice.
+std::string DescribeConfiguration(const std::string& notice);
+// "log 50: text" for "<log_msg level="50">text</log_msg>".
+std::string DescribeLog(const std::string& text);
+
+class MessageRouter {
+public:
+    explicit MessageRouter(FILE* report) : report_(report) {}
+
+    void AddLine(uint64_t stream, std::string name, std::unique_ptr<SerialLine> line);
+
+    // 0 when the message was taken; non-zero when serial output could not be
+    // written, which the module reports as a refused serial event.
+    int Route(const HostMessage& message);
+
+    // The host callback handed to the module; routes to the installed router.
+    static int Callback(HostMessage* message, int zero);
+    static void Install(MessageRouter* router);
+
+private:
+    struct NamedLine {
+        std::string name;
+        std::unique_ptr<SerialLine> line;
+    };
+
+    int SendToLine(uint64_t stream, const uint8_t* bytes, size_t length);
+    void Report(const std::string& text);
+
+    FILE* report_;
+    std::map<uint64_t, NamedLine> lines_;
+};
+
+}  // namespace vorna_host

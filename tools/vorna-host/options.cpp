@@ -1,0 +1,139 @@
+#include "options.h"
+
+#include <termios.h>
+
+#include "device_line.h"
+#include "known_protocols.h"
+
+namespace vorna_host {
+
+namespace {
+
+bool AllDigits(const std::string& text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// Splits "DEVICE[:BAUD]". Device paths may contain colons themselves
+// (/dev/serial/by-path/...), so only an all-digit tail after the last colon,
+// or an empty one, is taken as the baud rate.
+bool SplitDevice(const std::string& text, LineSpec& line, std::string& error) {
+    const size_t colon = text.rfind(':');
+    const std::string tail = colon == std::string::npos ? std::string() : text.substr(colon + 1);
+    if (colon == std::string::npos || (!tail.empty() && !AllDigits(tail))) {
+        line.device = text;
+        return true;
+    }
+    line.device = text.substr(0, colon);
+    speed_t speed;
+    if (tail.size() > 7 || !AllDigits(tail) || !LookUpBaud(std::stoi(tail), speed)) {
+        error = "bad baud rate '" + tail + "' (supported: " + SupportedBauds() + ")";
+        return false;
+    }
+    line.baud = std::stoi(tail);
+    return true;
+}
+
+bool ParseLineParts(const std::string& text, LineSpec& line, std::string& error) {
+    const size_t equals = text.find('=');
+    if (equals == std::string::npos || equals == 0) {
+        error = "expected NAME=PROTOCOL[@DEVICE[:BAUD]]";
+        return false;
+    }
+    line.name = text.substr(0, equals);
+    const size_t at = text.find('@', equals);
+    line.protocol = text.substr(equals + 1, at == std::string::npos ? std::string::npos : at - equals - 1);
+    if (FindKnownProtocol(line.protocol) == nullptr) {
+        error = "unknown protocol '" + line.protocol + "' (known: " + KnownProtocolNames() + ")";
+        return false;
+    }
+    if (at == std::string::npos) return true;
+    if (at + 1 == text.size()) {
+        error = "no device after '@'";
+        return false;
+    }
+    return SplitDevice(text.substr(at + 1), line, error);
+}
+
+bool AddLine(const std::string& text, HostOptions& options, std::string& error) {
+    LineSpec line;
+    if (!ParseLineSpec(text, line, error)) return false;
+    for (const LineSpec& other : options.lines) {
+        if (other.name == line.name) {
+            error = "--line '" + text + "': line " + line.name + " is given twice";
+            return false;
+        }
+    }
+    options.lines.push_back(line);
+    return true;
+}
+
+bool TakesValue(const std::string& name) {
+    return name == "--module" || name == "--workdir" || name == "--script" || name == "--line";
+}
+
+bool ApplyOption(const std::string& name, const std::string& value, HostOptions& options, std::string& error) {
+    if (name == "--line") return AddLine(value, options, error);
+    if (name == "--module") options.modulePath = value;
+    if (name == "--workdir") options.workDir = value;
+    if (name == "--script") options.scriptPath = value;
+    return true;
+}
+
+}  // namespace
+
+bool ParseLineSpec(const std::string& text, LineSpec& line, std::string& error) {
+    if (ParseLineParts(text, line, error)) return true;
+    error = "--line '" + text + "': " + error;
+    return false;
+}
+
+bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, std::string& error) {
+    for (size_t i = 0; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (arg == "--help" || arg == "-h") {
+            options.help = true;
+            continue;
+        }
+        std::string name = arg;
+        std::string value;
+        const size_t equals = arg.find('=');
+        const bool inlineValue = arg.compare(0, 2, "--") == 0 && equals != std::string::npos;
+        if (inlineValue) {
+            name = arg.substr(0, equals);
+            value = arg.substr(equals + 1);
+        }
+        if (!TakesValue(name)) {
+            error = "unknown argument '" + arg + "' (try --help)";
+            return false;
+        }
+        if (!inlineValue) {
+            if (i + 1 == args.size()) {
+                error = "option " + name + " needs a value";
+                return false;
+            }
+            value = args[++i];
+        }
+        if (!ApplyOption(name, value, options, error)) return false;
+    }
+    return true;
+}
+
+std::string UsageText() {
+    return "usage: vorna-host [--module LIB] [--workdir DIR] [--script FILE] [--line NAME=PROTOCOL[@DEVICE[:BAUD]]]...\n"
+           "\n"
+           "Loads the VORNA module as a recorder does, binds each --line to a camera\n"
+           "protocol and runs operator commands from FILE or standard input ('help'\n"
+           "lists them). Cameras come from VORNA.xml in DIR.\n"
+           "\n"
+           "  --module LIB   the module (default: the libvorna.so built beside vorna-host)\n"
+           "  --workdir DIR  where VORNA.xml lives (default: the current directory)\n"
+           "  --script FILE  read commands from FILE instead of standard input\n"
+           "  --line NAME=PROTOCOL[@DEVICE[:BAUD]]\n"
+           "                 a serial line; repeatable. Without a device the line is\n"
+           "                 virtual and its frames are printed. BAUD defaults to 9600.\n"
+           "\n"
+           "Protocols: " + KnownProtocolNames() + "\n"
+           "Baud rates: " + SupportedBauds() + "\n";
+}
+
+}  // namespace vorna_host

@@ -1,0 +1,33 @@
+// A virtual line: no device, each frame is printed to standard output as one
+// line (milliseconds since the host started, line name, hex bytes, and for
+// text protocols the frame as text).
+#pragma once
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+
+#include "serial_line.h"
+
+namespace vorna_host {
+
+// "    250 ms  COM1  FF 01 00 04 1F 00 24", followed for text frames by
+// "  |.AD01;GC7:9028100.|" with every byte outside printable ASCII shown as '.'.
+std::string FormatFrame(long long milliseconds, const std::string& lineName, const uint8_t* bytes, size_t length,
+                        bool textFrames);
+
+class PrintedLine : public SerialLine {
+public:
+    PrintedLine(std::string name, bool textFrames, std::chrono::steady_clock::time_point start, FILE* out)
+        : name_(std::move(name)), textFrames_(textFrames), start_(start), out_(out) {}
+
+    bool Send(const uint8_t* bytes, size_t length, std::string& error) override;
+
+private:
+    std::string name_;
+    bool textFrames_;
+    std::chrono::steady_clock::time_point start_;
+    FILE* out_;
+};
+
+}  // namespace vorna_host

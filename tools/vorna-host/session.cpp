@@ -1,0 +1,99 @@
+#include "session.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+namespace vorna_host {
+
+namespace {
+
+int64_t EpochMilliseconds() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+}  // namespace
+
+void Session::Run(LineReader& reader) {
+    std::string line;
+    for (int lineNumber = 1; reader.Next(line) == LineReader::Result::kLine; ++lineNumber) {
+        if (settings_.echo) Echo(line);
+        Command command;
+        std::string error;
+        if (!ParseCommand(line, command, error))
+            Complain(lineNumber, error);
+        else if (!Execute(command, lineNumber))
+            return;
+    }
+}
+
+bool Session::Execute(const Command& command, int lineNumber) {
+    switch (command.kind) {
+        case CommandKind::kCamera:
+            camera_ = command.camera;
+            cameraSelected_ = true;
+            return true;
+        case CommandKind::kEvent:
+        case CommandKind::kAlarm:
+            return SendToCamera(command, lineNumber);
+        case CommandKind::kConfig:
+            HandConfiguration(command.path, lineNumber);
+            return true;
+        case CommandKind::kWait:
+            return stop_.Sleep(command.milliseconds);
+        case CommandKind::kHelp:
+            std::fputs(CommandHelp().c_str(), out_);
+            std::fflush(out_);
+            return true;
+        case CommandKind::kQuit:
+            return false;
+        case CommandKind::kNothing:
+            return true;
+    }
+    return true;
+}
+
+bool Session::SendToCamera(const Command& command, int lineNumber) {
+    if (!cameraSelected_) {
+        Complain(lineNumber, "no camera selected (use 'camera DEVICES DEVICE INPUT' first)");
+        return true;
+    }
+    if (command.kind == CommandKind::kAlarm)
+        module_.SendEvent(VORNA_TYPE_ALARM_EVENT, AlarmDocument(camera_, command.alarm, EpochMilliseconds()));
+    else
+        module_.SendEvent(VORNA_TYPE_EVENT, EventDocument(camera_, command.calls));
+    return true;
+}
+
+void Session::HandConfiguration(const std::string& path, int lineNumber) {
+    const std::string fullPath = path[0] == '/' ? path : settings_.baseDir + "/" + path;
+    std::ifstream file(fullPath, std::ios::binary);
+    if (!file) {
+        Complain(lineNumber, "cannot read " + path + ": " + std::strerror(errno));
+        return;
+    }
+    module_.UpdateConfiguration(std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()));
+}
+
+void Session::Echo(const std::string& line) {
+    const size_t first = line.find_first_not_of(" \t\r");
+    if (first == std::string::npos || line[first] == '#') {
+        std::fprintf(out_, "%s\n", line.c_str());
+        std::fflush(out_);
+        return;
+    }
+    const auto elapsed =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - settings_.start);
+    std::fprintf(out_, "%7lld ms  > %s\n", static_cast<long long>(elapsed.count()), line.c_str());
+    std::fflush(out_);
+}
+
+void Session::Complain(int lineNumber, const std::string& message) {
+    std::fprintf(report_, "vorna-host: line %d: %s\n", lineNumber, message.c_str());
+    std::fflush(report_);
+}
+
+}  // namespace vorna_host
