@@ -1,0 +1,127 @@
+// Runs the built vorna-host as a child process with the built module, in a
+// working directory of the test's, and collects what it prints.
+#pragma once
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace vorna_test {
+
+class HostProcess {
+public:
+    // Starts `vorna-host --module <built module> args...` in `workDir`.
+    HostProcess(const std::vector<std::string>& args, const std::string& workDir) {
+        int input[2], output[2], errors[2];
+        if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0 || pipe2(errors, O_CLOEXEC) != 0)
+            throw std::runtime_error("pipe2");
+        std::vector<std::string> argv = {VORNA_HOST_PATH, "--module", VORNA_LIBRARY_PATH};
+        argv.insert(argv.end(), args.begin(), args.end());
+        std::vector<char*> pointers;
+        for (std::string& arg : argv) pointers.push_back(&arg[0]);
+        pointers.push_back(nullptr);
+        pid_ = fork();
+        if (pid_ == 0) {
+            dup2(input[0], STDIN_FILENO);
+            dup2(output[1], STDOUT_FILENO);
+            dup2(errors[1], STDERR_FILENO);
+            if (chdir(workDir.c_str()) == 0) execv(pointers[0], pointers.data());
+            _exit(127);
+        }
+        close(input[0]);
+        close(output[1]);
+        close(errors[1]);
+        input_ = input[1];
+        output_ = output[0];
+        errors_ = errors[0];
+    }
+
+    ~HostProcess() {
+        if (pid_ > 0) {
+            kill(pid_, SIGKILL);
+            waitpid(pid_, nullptr, 0);
+        }
+        CloseInput();
+        for (int fd : {output_, errors_})
+            if (fd >= 0) close(fd);
+    }
+
+    void Type(const std::string& text) {
+        if (write(input_, text.data(), text.size()) != static_cast<ssize_t>(text.size()))
+            throw std::runtime_error("write to host");
+    }
+
+    void CloseInput() {
+        if (input_ >= 0) close(input_);
+        input_ = -1;
+    }
+
+    void Signal(int number) { kill(pid_, number); }
+
+    // Reads until `done()` holds; false after `timeoutMs`.
+    bool WaitUntil(const std::function<bool()>& done, int timeoutMs) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+        while (!done()) {
+            if (!ReadSome(deadline)) return false;
+        }
+        return true;
+    }
+
+    // Waits for the host to exit and returns its exit status (-1 when it had
+    // to be killed after `timeoutMs`, or died of a signal).
+    int Finish(int timeoutMs) {
+        CloseInput();
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+        while (ReadSome(deadline)) {
+        }
+        int status = 0;
+        if (std::chrono::steady_clock::now() >= deadline) kill(pid_, SIGKILL);
+        waitpid(pid_, &status, 0);
+        pid_ = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    std::string out;
+    std::string err;
+
+private:
+    // One read from each pipe that has data; false at the deadline or when
+    // both pipes are closed.
+    bool ReadSome(std::chrono::steady_clock::time_point deadline) {
+        if (output_ < 0 && errors_ < 0) return false;
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0) return false;
+        pollfd entries[2] = {{output_, POLLIN, 0}, {errors_, POLLIN, 0}};
+        if (poll(entries, 2, static_cast<int>(left.count())) <= 0) return false;
+        ReadInto(entries[0], output_, out);
+        ReadInto(entries[1], errors_, err);
+        return true;
+    }
+
+    static void ReadInto(const pollfd& entry, int& fd, std::string& text) {
+        if (entry.revents == 0) return;
+        char chunk[4096];
+        const ssize_t count = read(fd, chunk, sizeof chunk);
+        if (count > 0) {
+            text.append(chunk, static_cast<size_t>(count));
+            return;
+        }
+        close(fd);
+        fd = -1;
+    }
+
+    pid_t pid_ = -1;
+    int input_ = -1;
+    int output_ = -1;
+    int errors_ = -1;
+};
+
+}  // namespace vorna_test

@@ -1,0 +1,188 @@
+// vorna-host as a user runs it: real pseudo-terminal lines, virtual lines,
+// the demo script, bad input and stop signals.
+#include <gtest/gtest.h>
+#include <fcntl.h>
+#include <termios.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "support/temp_dir.h"
+#include "tools/host_process.h"
+
+using namespace vorna_test;
+
+namespace {
+
+// One Pelco-D camera on COM1, address 1, no tour.
+const char* const kOneCamera =
+    "<Tarn Delta=\"1\"><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\">"
+    "<Input Number=\"1\" SerialPort=\"COM1\" Address=\"1\" /></Device></Devices></PTZ></Tarn>";
+
+const std::string kExamples = VORNA_EXAMPLES_DIR;
+
+std::string Hex(const std::string& bytes) {
+    static const char kDigits[] = "0123456789ABCDEF";
+    std::string hex;
+    for (unsigned char byte : bytes) {
+        if (!hex.empty()) hex += ' ';
+        hex += kDigits[byte >> 4];
+        hex += kDigits[byte & 0xF];
+    }
+    return hex;
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+size_t Count(const std::string& text, const std::string& part) {
+    size_t count = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+    return count;
+}
+
+class PseudoTerminal {
+public:
+    PseudoTerminal() {
+        master = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
+        if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0) throw std::runtime_error("posix_openpt");
+        slavePath = ptsname(master);
+        // Held open so that the line keeps its settings after the host exits.
+        slave = open(slavePath.c_str(), O_RDWR | O_NOCTTY);
+    }
+    ~PseudoTerminal() {
+        close(slave);
+        close(master);
+    }
+
+    // Everything the host wrote, once `expected` bytes arrived or a second
+    // passed.
+    std::string Received(size_t expected) {
+        std::string bytes;
+        for (int attempt = 0; attempt < 100 && bytes.size() < expected; ++attempt) {
+            pollfd entry{master, POLLIN, 0};
+            if (poll(&entry, 1, 10) <= 0) continue;
+            char chunk[256];
+            const ssize_t count = read(master, chunk, sizeof chunk);
+            if (count > 0) bytes.append(chunk, static_cast<size_t>(count));
+        }
+        return bytes;
+    }
+
+    int master = -1;
+    int slave = -1;
+    std::string slavePath;
+};
+
+TEST(VornaHost, WritesWholeFramesToARawLineAtTheAskedBaudRate) {
+    TempDir dir;
+    dir.Write("VORNA.xml", kOneCamera);
+    PseudoTerminal line;
+    HostProcess host({"--line", "COM1=Pelco-D@" + line.slavePath + ":2400"}, dir.path);
+    host.Type("camera 1 1 1\nright\nstop\npreset goto 5\nquit\n");
+    ASSERT_EQ(0, host.Finish(3000)) << host.err;
+
+    EXPECT_EQ("FF 01 00 02 1F 00 22 "
+              "FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 "
+              "FF 01 00 07 00 05 0D",
+              Hex(line.Received(35)));
+    termios settings;
+    ASSERT_EQ(0, tcgetattr(line.slave, &settings));
+    EXPECT_EQ(B2400, cfgetospeed(&settings));
+    EXPECT_EQ(B2400, cfgetispeed(&settings));
+    EXPECT_EQ(CS8, settings.c_cflag & (CSIZE | PARENB | CSTOPB));
+    EXPECT_EQ(0u, settings.c_lflag & (ICANON | ECHO | ISIG));
+    EXPECT_EQ(0u, settings.c_oflag & OPOST);
+}
+
+TEST(VornaHost, DemoScriptDrivesBothCamerasOnVirtualLines) {
+    TempDir dir;
+    dir.Write("VORNA.xml", ReadFile(kExamples + "/VORNA.xml"));
+    HostProcess host({"--line", "COM1=Pelco-D", "--line", "COM2=Panasonic", "--script", kExamples + "/demo.script"},
+                     dir.path);
+    ASSERT_EQ(0, host.Finish(10000)) << host.err;
+
+    const std::string panLeft = "COM2  02 41 44 30 31 3B 47 43 37 3A 39 30 32 38 38 37 30 03  |.AD01;GC7:9028870.|";
+    EXPECT_GE(Count(host.out, panLeft), 3u) << "the worker repeats the Panasonic frame";
+    EXPECT_NE(std::string::npos, host.out.find("|.AD01;GC7:9030000.|")) << "alarm: go to preset 1";
+    for (const char* frame : {"COM1  FF 01 00 02 1F 00 22", "COM1  FF 01 00 03 00 03 07", "COM1  FF 01 00 07 00 03 0B"})
+        EXPECT_NE(std::string::npos, host.out.find(frame)) << frame;
+    const std::string tourPart = host.out.substr(host.out.find("> wait 2500"));
+    EXPECT_NE(std::string::npos, tourPart.find("COM1  FF 01 00 07 00 01 09")) << "tour position 1";
+    EXPECT_NE(std::string::npos, tourPart.find("COM1  FF 01 00 07 00 02 0A")) << "tour position 2";
+    EXPECT_NE(std::string::npos, host.err.find("vorna-host: module VORNA 26.1.7.3\n"));
+    EXPECT_NE(std::string::npos, host.err.find("vorna-host: configuration: 2 cameras, 12 protocols\n"));
+}
+
+TEST(VornaHost, RefusesBadStartBeforeSendingAnything) {
+    struct Row {
+        std::vector<std::string> args;
+        int status;
+        const char* error;
+    };
+    const Row rows[] = {
+        {{"--line", "COM1=Pelco-X"}, 2, "--line 'COM1=Pelco-X': unknown protocol 'Pelco-X' (known: Pelco-D,"},
+        {{"--line", "COM1=Pelco-D@/dev/ttyS0:1234"}, 2,
+         "--line 'COM1=Pelco-D@/dev/ttyS0:1234': bad baud rate '1234' (supported: 1200, 2400,"},
+        {{"--baud", "9600"}, 2, "unknown argument '--baud' (try --help)"},
+        {{"--line", "COM1=Pelco-D@/nonexistent/ttyS9"}, 1,
+         "--line COM1: cannot open /nonexistent/ttyS9: No such file or directory"},
+        {{"--line", "COM1=Pelco-D@/dev/null"}, 1, "--line COM1: cannot set up /dev/null as a serial line"},
+        {{"--module", "/nonexistent/libvorna.so"}, 1, "cannot load module /nonexistent/libvorna.so"},
+        {{"--script", "missing.script"}, 1, "cannot open script"},
+        {{"--workdir", "/nonexistent"}, 1, "cannot enter working directory /nonexistent"},
+    };
+    for (const Row& row : rows) {
+        TempDir dir;
+        HostProcess host(row.args, dir.path);
+        EXPECT_EQ(row.status, host.Finish(3000)) << row.error;
+        EXPECT_EQ(0u, host.err.find(std::string("vorna-host: ") + row.error)) << host.err;
+        EXPECT_FALSE(dir.Exists("VORNA.xml")) << row.error << ": the module was opened";
+        EXPECT_EQ("", host.out);
+    }
+}
+
+TEST(VornaHost, ReportsBadCommandLinesByNumberAndGoesOn) {
+    TempDir dir;
+    dir.Write("VORNA.xml", kOneCamera);
+    HostProcess host({"--line", "COM1=Pelco-D"}, dir.path);
+    host.Type("left\ncamera 1 1 1\njump\npreset goto\ncamera 1 x 1\nconfig missing.xml\nright\n");
+    ASSERT_EQ(0, host.Finish(3000)) << host.err;
+
+    for (const char* error : {
+             "vorna-host: line 1: no camera selected (use 'camera DEVICES DEVICE INPUT' first)\n",
+             "vorna-host: line 3: unknown command 'jump' (try 'help')\n",
+             "vorna-host: line 4: expected 'preset set|goto|clear N'\n",
+             "vorna-host: line 5: expected 'camera DEVICES DEVICE INPUT'\n",
+             "vorna-host: line 6: cannot read missing.xml: No such file or directory\n",
+         })
+        EXPECT_NE(std::string::npos, host.err.find(error)) << error << host.err;
+    EXPECT_EQ(1u, Count(host.out, "COM1  FF")) << host.out;
+    EXPECT_NE(std::string::npos, host.out.find("COM1  FF 01 00 02 1F 00 22\n"));
+}
+
+TEST(VornaHost, StopSignalDuringATourEndsCleanlyAndKeepsTheConfiguration) {
+    for (int signal : {SIGTERM, SIGINT}) {
+        TempDir dir;
+        dir.Write("VORNA.xml", ReadFile(kExamples + "/VORNA.xml"));
+        HostProcess host({"--line", "COM1=Pelco-D", "--line", "COM2=Panasonic"}, dir.path);
+        const bool touring = host.WaitUntil(
+            [&] {
+                return Count(host.err, "configuration:") == 2 && Count(host.out, "COM1  FF 01 00 07 00 0") >= 1;
+            },
+            3000);
+        ASSERT_TRUE(touring) << host.out << host.err;
+        const std::string saved = dir.Read("VORNA.xml");
+        host.Signal(signal);
+
+        EXPECT_EQ(0, host.Finish(2000)) << host.err;
+        EXPECT_EQ(saved, dir.Read("VORNA.xml"));
+        EXPECT_NE(std::string::npos, saved.find("Protocol=\"Pelco-D\" SerialPort=\"COM1\""));
+        EXPECT_NE(std::string::npos, saved.find("<Tour Position=\"2\" />"));
+        EXPECT_FALSE(dir.Exists("VORNA.xml.pending"));
+    }
+}
+
+}  // namespace
