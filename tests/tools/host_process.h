@@ -97,7 +97,8 @@ private:
     // both pipes are closed.
     bool ReadSome(std::chrono::steady_clock::time_point deadline) {
         if (output_ < 0 && errors_ < 0) return false;
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
         if (left.count() <= 0) return false;
         pollfd entries[2] = {{output_, POLLIN, 0}, {errors_, POLLIN, 0}};
         if (poll(entries, 2, static_cast<int>(left.count())) <= 0) return false;

@@ -200,7 +200,8 @@ bool ParseCommand(const std::string& line, Command& command, std::string& error)
     }
     const size_t restStart = line.find_first_not_of(" \t", line.find(verb) + verb.size());
     const size_t restEnd = line.find_last_not_of(" \t\r");
-    const std::string rest = restStart == std::string::npos ? std::string() : line.substr(restStart, restEnd - restStart + 1);
+    const std::string rest =
+        restStart == std::string::npos ? std::string() : line.substr(restStart, restEnd - restStart + 1);
     if (ParseOtherCommand(words, rest, command)) return true;
     command = Command();
     error = "expected '" + usage + "'";

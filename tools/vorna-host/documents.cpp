@@ -1,5 +1,6 @@
 #include "documents.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -47,6 +48,11 @@ std::string CameraEvent(const CameraKey& camera, const std::string& inputs) {
 
 std::string FormatParm(double value) {
     char text[32];
+    // Whole numbers in plain digits: %g would write 10 as "1e+01".
+    if (value == std::trunc(value) && std::fabs(value) < 1e15) {
+        std::snprintf(text, sizeof text, "%.0f", value);
+        return text;
+    }
     for (int precision = 1; precision <= 17; ++precision) {
         std::snprintf(text, sizeof text, "%.*g", precision, value);
         if (std::strtod(text, nullptr) == value) break;

@@ -119,7 +119,8 @@ bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, st
 }
 
 std::string UsageText() {
-    return "usage: vorna-host [--module LIB] [--workdir DIR] [--script FILE] [--line NAME=PROTOCOL[@DEVICE[:BAUD]]]...\n"
+    return "usage: vorna-host [--module LIB] [--workdir DIR] [--script FILE]\n"
+           "                  [--line NAME=PROTOCOL[@DEVICE[:BAUD]]]...\n"
            "\n"
            "Loads the VORNA module as a recorder does, binds each --line to a camera\n"
            "protocol and runs operator commands from FILE or standard input ('help'\n"

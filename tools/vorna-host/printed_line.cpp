@@ -5,11 +5,19 @@
 
 namespace vorna_host {
 
-std::string FormatFrame(long long milliseconds, const std::string& lineName, const uint8_t* bytes, size_t length,
-                        bool textFrames) {
+long long MillisecondsSince(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
+}
+
+std::string TimeColumn(long long milliseconds) {
     char time[32];
     std::snprintf(time, sizeof time, "%7lld ms  ", milliseconds);
-    std::string printed = time + lineName + " ";
+    return time;
+}
+
+std::string FormatFrame(long long milliseconds, const std::string& lineName, const uint8_t* bytes, size_t length,
+                        bool textFrames) {
+    std::string printed = TimeColumn(milliseconds) + lineName + " ";
     static const char kDigits[] = "0123456789ABCDEF";
     for (size_t i = 0; i < length; ++i) {
         printed += ' ';
@@ -18,15 +26,17 @@ std::string FormatFrame(long long milliseconds, const std::string& lineName, con
     }
     if (textFrames) {
         printed += "  |";
-        for (size_t i = 0; i < length; ++i) printed += (bytes[i] >= 0x20 && bytes[i] < 0x7F) ? char(bytes[i]) : '.';
+        for (size_t i = 0; i < length; ++i) {
+            const bool printable = bytes[i] >= 0x20 && bytes[i] < 0x7F;
+            printed += printable ? static_cast<char>(bytes[i]) : '.';
+        }
         printed += '|';
     }
     return printed + '\n';
 }
 
 bool PrintedLine::Send(const uint8_t* bytes, size_t length, std::string& error) {
-    const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start_);
-    const std::string printed = FormatFrame(elapsed.count(), name_, bytes, length, textFrames_);
+    const std::string printed = FormatFrame(MillisecondsSince(start_), name_, bytes, length, textFrames_);
     // One write per frame keeps frames whole when the worker and an operator
     // command print at the same moment.
     if (std::fwrite(printed.data(), 1, printed.size(), out_) != printed.size() || std::fflush(out_) != 0) {

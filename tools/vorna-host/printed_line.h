@@ -11,6 +11,11 @@
 
 namespace vorna_host {
 
+// Milliseconds since `start`: the time of every line the host prints.
+long long MillisecondsSince(std::chrono::steady_clock::time_point start);
+// "    250 ms  ": the time column of those lines.
+std::string TimeColumn(long long milliseconds);
+
 // "    250 ms  COM1  FF 01 00 04 1F 00 24", followed for text frames by
 // "  |.AD01;GC7:9028100.|" with every byte outside printable ASCII shown as '.'.
 std::string FormatFrame(long long milliseconds, const std::string& lineName, const uint8_t* bytes, size_t length,

@@ -1,5 +1,7 @@
 #include "session.h"
 
+#include "printed_line.h"
+
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -80,14 +82,9 @@ void Session::HandConfiguration(const std::string& path, int lineNumber) {
 
 void Session::Echo(const std::string& line) {
     const size_t first = line.find_first_not_of(" \t\r");
-    if (first == std::string::npos || line[first] == '#') {
-        std::fprintf(out_, "%s\n", line.c_str());
-        std::fflush(out_);
-        return;
-    }
-    const auto elapsed =
-        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - settings_.start);
-    std::fprintf(out_, "%7lld ms  > %s\n", static_cast<long long>(elapsed.count()), line.c_str());
+    const bool isCommand = first != std::string::npos && line[first] != '#';
+    const std::string echo = (isCommand ? TimeColumn(MillisecondsSince(settings_.start)) + "> " : "") + line + "\n";
+    std::fputs(echo.c_str(), out_);
     std::fflush(out_);
 }
 

@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include "message_router.h"
+#include "options.h"
+#include "printed_line.h"
+
+using namespace vorna_host;
+
+namespace {
+
+TEST(HostOptions, LineSpecsNameProtocolDeviceAndBaud) {
+    const struct {
+        const char* text;
+        const char* name;
+        const char* protocol;
+        const char* device;
+        int baud;
+    } rows[] = {
+        {"COM1=Pelco-D", "COM1", "Pelco-D", "", 9600},
+        {"COM2=AD-M3200 Multi@/dev/ttyUSB0:2400", "COM2", "AD-M3200 Multi", "/dev/ttyUSB0", 2400},
+        {"COM3=Bosch@/dev/serial/by-path/pci-0000:00:14.0-usb-0:2:1.0-port0", "COM3", "Bosch",
+         "/dev/serial/by-path/pci-0000:00:14.0-usb-0:2:1.0-port0", 9600},
+    };
+    for (const auto& row : rows) {
+        LineSpec line;
+        std::string error;
+        ASSERT_TRUE(ParseLineSpec(row.text, line, error)) << row.text << ": " << error;
+        EXPECT_EQ(row.name, line.name);
+        EXPECT_EQ(row.protocol, line.protocol);
+        EXPECT_EQ(row.device, line.device);
+        EXPECT_EQ(row.baud, line.baud);
+    }
+}
+
+TEST(HostOptions, BadLineSpecsSayWhy) {
+    const struct {
+        const char* text;
+        const char* error;
+    } rows[] = {
+        {"COM1", "--line 'COM1': expected NAME=PROTOCOL[@DEVICE[:BAUD]]"},
+        {"=Pelco-D", "--line '=Pelco-D': expected NAME=PROTOCOL[@DEVICE[:BAUD]]"},
+        {"COM1=pelco-d", "--line 'COM1=pelco-d': unknown protocol 'pelco-d' (known: Pelco-D, HSD-Pelco-D, "
+                         "Pelco-P, Panasonic, AD-RS422, Bosch, GE-ASCII, GE-Impac, AD-M3200, AD-M3200 Multi, "
+                         "AD-MP48, AD-MP48 Multi)"},
+        {"COM1=Pelco-D@", "--line 'COM1=Pelco-D@': no device after '@'"},
+        {"COM1=Pelco-D@/dev/ttyS0:", "--line 'COM1=Pelco-D@/dev/ttyS0:': bad baud rate '' (supported: 1200, 2400, "
+                                     "4800, 9600, 19200, 38400, 57600, 115200)"},
+    };
+    for (const auto& row : rows) {
+        LineSpec line;
+        std::string error;
+        EXPECT_FALSE(ParseLineSpec(row.text, line, error)) << row.text;
+        EXPECT_EQ(row.error, error);
+    }
+}
+
+TEST(HostOptions, OptionsTakeSeparateOrInlineValues) {
+    HostOptions options;
+    std::string error;
+    const std::vector<std::string> args = {"--module=lib.so", "--workdir", "site",
+                                           "--line",          "COM1=Pelco-D", "--line=COM2=Bosch@/dev/ttyS1"};
+    ASSERT_TRUE(ParseOptions(args, options, error)) << error;
+    EXPECT_EQ("lib.so", options.modulePath);
+    EXPECT_EQ("site", options.workDir);
+    ASSERT_EQ(2u, options.lines.size());
+    EXPECT_EQ("/dev/ttyS1", options.lines[1].device);
+
+    EXPECT_FALSE(ParseOptions({"--script"}, options, error));
+    EXPECT_EQ("option --script needs a value", error);
+    EXPECT_FALSE(ParseOptions({"--line", "COM1=Bosch"}, options, error));
+    EXPECT_EQ("--line 'COM1=Bosch': line COM1 is given twice", error);
+}
+
+TEST(HostReports, FramesLogsAndNoticesPrintAsOneLineEach) {
+    const uint8_t pelco[] = {0xFF, 0x01, 0x00, 0x07, 0x00, 0x05, 0x0D};
+    EXPECT_EQ("    250 ms  COM1  FF 01 00 07 00 05 0D\n", FormatFrame(250, "COM1", pelco, sizeof pelco, false));
+    const std::string panasonic = "\x02" "AD01;GC7:9028100\x03";
+    EXPECT_EQ("  12345 ms  COM2  02 41 44 30 31 3B 47 43 37 3A 39 30 32 38 31 30 30 03  |.AD01;GC7:9028100.|\n",
+              FormatFrame(12345, "COM2", reinterpret_cast<const uint8_t*>(panasonic.data()), panasonic.size(),
+                          true));
+
+    EXPECT_EQ("log 50: ptz camera serial port <3> not found",
+              DescribeLog("<log_msg level=\"50\">ptz camera serial port <3> not found</log_msg>"));
+    EXPECT_EQ("log: something else", DescribeLog("something else"));
+    EXPECT_EQ("configuration: 2 cameras, 1 protocols",
+              DescribeConfiguration("<Tarn><PTZ><Devices><Device>"
+                                    "<Input Number=\"1\" Protocol=\"Bosch\" /><Input Number=\"2\" />"
+                                    "</Device></Devices><Protocol Name=\"Bosch\" /></PTZ></Tarn>"));
+}
+
+}  // namespace
