@@ -50,11 +50,10 @@ void MessageRouter::AddLine(uint64_t stream, std::string name, std::unique_ptr<S
 }
 
 int MessageRouter::Route(const HostMessage& message) {
-    const auto* bytes = static_cast<const uint8_t*>(message.data);
+    if (message.type == VORNA_TYPE_SERIAL)
+        return SendToLine(message.stream, static_cast<const uint8_t*>(message.data), message.length);
     const std::string text(static_cast<const char*>(message.data), message.length);
     switch (message.type) {
-        case VORNA_TYPE_SERIAL:
-            return SendToLine(message.stream, bytes, message.length);
         case VORNA_TYPE_LOG:
             Report(DescribeLog(text));
             return 0;

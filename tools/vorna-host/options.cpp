@@ -24,13 +24,11 @@ bool SplitDevice(const std::string& text, LineSpec& line, std::string& error) {
         return true;
     }
     line.device = text.substr(0, colon);
+    line.baud = AllDigits(tail) && tail.size() <= 7 ? std::stoi(tail) : 0;
     speed_t speed;
-    if (tail.size() > 7 || !AllDigits(tail) || !LookUpBaud(std::stoi(tail), speed)) {
-        error = "bad baud rate '" + tail + "' (supported: " + SupportedBauds() + ")";
-        return false;
-    }
-    line.baud = std::stoi(tail);
-    return true;
+    if (LookUpBaud(line.baud, speed)) return true;
+    error = "bad baud rate '" + tail + "' (supported: " + SupportedBauds() + ")";
+    return false;
 }
 
 bool ParseLineParts(const std::string& text, LineSpec& line, std::string& error) {
