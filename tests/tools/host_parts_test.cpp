@@ -8,7 +8,7 @@ using namespace vorna_host;
 
 namespace {
 
-TEST(HostOptions, LineSpecsNameProtocolDeviceAndBaud) {
+TEST(HostOptions, LineOptionsNameProtocolDeviceAndBaud) {
     const struct {
         const char* text;
         const char* name;
@@ -22,9 +22,9 @@ TEST(HostOptions, LineSpecsNameProtocolDeviceAndBaud) {
          "/dev/serial/by-path/pci-0000:00:14.0-usb-0:2:1.0-port0", 9600},
     };
     for (const auto& row : rows) {
-        LineSpec line;
+        LineOption line;
         std::string error;
-        ASSERT_TRUE(ParseLineSpec(row.text, line, error)) << row.text << ": " << error;
+        ASSERT_TRUE(ParseLineOption(row.text, line, error)) << row.text << ": " << error;
         EXPECT_EQ(row.name, line.name);
         EXPECT_EQ(row.protocol, line.protocol);
         EXPECT_EQ(row.device, line.device);
@@ -32,7 +32,7 @@ TEST(HostOptions, LineSpecsNameProtocolDeviceAndBaud) {
     }
 }
 
-TEST(HostOptions, BadLineSpecsSayWhy) {
+TEST(HostOptions, BadLineOptionsSayWhy) {
     const struct {
         const char* text;
         const char* error;
@@ -47,9 +47,9 @@ TEST(HostOptions, BadLineSpecsSayWhy) {
                                      "4800, 9600, 19200, 38400, 57600, 115200)"},
     };
     for (const auto& row : rows) {
-        LineSpec line;
+        LineOption line;
         std::string error;
-        EXPECT_FALSE(ParseLineSpec(row.text, line, error)) << row.text;
+        EXPECT_FALSE(ParseLineOption(row.text, line, error)) << row.text;
         EXPECT_EQ(row.error, error);
     }
 }

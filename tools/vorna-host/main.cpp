@@ -58,23 +58,23 @@ std::string DefaultModulePath() {
 
 // Stream numbers count from 1: a camera on stream 0 is one whose line the
 // module does not know, and it sends nothing.
-bool OpenLines(const std::vector<LineSpec>& specs, std::chrono::steady_clock::time_point start, MessageRouter& router,
+bool OpenLines(const std::vector<LineOption>& wanted, std::chrono::steady_clock::time_point start, MessageRouter& router,
                std::vector<LineBinding>& bindings, std::string& error) {
-    for (size_t i = 0; i < specs.size(); ++i) {
-        const LineSpec& spec = specs[i];
+    for (size_t i = 0; i < wanted.size(); ++i) {
+        const LineOption& option = wanted[i];
         std::unique_ptr<SerialLine> line;
-        if (spec.device.empty()) {
-            line.reset(new PrintedLine(spec.name, FindKnownProtocol(spec.protocol)->textFrames, start, stdout));
+        if (option.device.empty()) {
+            line.reset(new PrintedLine(option.name, FindKnownProtocol(option.protocol)->textFrames, start, stdout));
         } else {
-            line = DeviceLine::Open(spec.device, spec.baud, error);
+            line = DeviceLine::Open(option.device, option.baud, error);
             if (!line) {
-                error = "--line " + spec.name + ": " + error;
+                error = "--line " + option.name + ": " + error;
                 return false;
             }
         }
         const uint64_t stream = i + 1;
-        router.AddLine(stream, spec.name, std::move(line));
-        bindings.push_back(LineBinding{spec.name, spec.protocol, stream});
+        router.AddLine(stream, option.name, std::move(line));
+        bindings.push_back(LineBinding{option.name, option.protocol, stream});
     }
     return true;
 }

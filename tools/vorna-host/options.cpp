@@ -16,7 +16,7 @@ bool AllDigits(const std::string& text) {
 // Splits "DEVICE[:BAUD]". Device paths may contain colons themselves
 // (/dev/serial/by-path/...), so only an all-digit tail after the last colon,
 // or an empty one, is taken as the baud rate.
-bool SplitDevice(const std::string& text, LineSpec& line, std::string& error) {
+bool SplitDevice(const std::string& text, LineOption& line, std::string& error) {
     const size_t colon = text.rfind(':');
     const std::string tail = colon == std::string::npos ? std::string() : text.substr(colon + 1);
     if (colon == std::string::npos || (!tail.empty() && !AllDigits(tail))) {
@@ -31,7 +31,7 @@ bool SplitDevice(const std::string& text, LineSpec& line, std::string& error) {
     return false;
 }
 
-bool ParseLineParts(const std::string& text, LineSpec& line, std::string& error) {
+bool ParseLineParts(const std::string& text, LineOption& line, std::string& error) {
     const size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0) {
         error = "expected NAME=PROTOCOL[@DEVICE[:BAUD]]";
@@ -53,9 +53,9 @@ bool ParseLineParts(const std::string& text, LineSpec& line, std::string& error)
 }
 
 bool AddLine(const std::string& text, HostOptions& options, std::string& error) {
-    LineSpec line;
-    if (!ParseLineSpec(text, line, error)) return false;
-    for (const LineSpec& other : options.lines) {
+    LineOption line;
+    if (!ParseLineOption(text, line, error)) return false;
+    for (const LineOption& other : options.lines) {
         if (other.name == line.name) {
             error = "--line '" + text + "': line " + line.name + " is given twice";
             return false;
@@ -79,7 +79,7 @@ bool ApplyOption(const std::string& name, const std::string& value, HostOptions&
 
 }  // namespace
 
-bool ParseLineSpec(const std::string& text, LineSpec& line, std::string& error) {
+bool ParseLineOption(const std::string& text, LineOption& line, std::string& error) {
     if (ParseLineParts(text, line, error)) return true;
     error = "--line '" + text + "': " + error;
     return false;

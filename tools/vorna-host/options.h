@@ -9,7 +9,7 @@ namespace vorna_host {
 constexpr int kDefaultBaud = 9600;
 
 // --line NAME=PROTOCOL[@DEVICE[:BAUD]]
-struct LineSpec {
+struct LineOption {
     std::string name;      // the port name cameras refer to, e.g. "COM1"
     std::string protocol;  // one of the module's protocol names
     std::string device;    // empty: a virtual line printed to standard output
@@ -20,12 +20,12 @@ struct HostOptions {
     std::string modulePath;  // empty: the libvorna.so built beside the host
     std::string workDir;     // empty: the current directory
     std::string scriptPath;  // empty: commands come from standard input
-    std::vector<LineSpec> lines;
+    std::vector<LineOption> lines;
     bool help = false;
 };
 
 // Both return false with a message naming the offending argument.
-bool ParseLineSpec(const std::string& text, LineSpec& line, std::string& error);
+bool ParseLineOption(const std::string& text, LineOption& line, std::string& error);
 bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, std::string& error);
 
 // The usage text printed by --help.
