@@ -1,9 +1,12 @@
 // The answers a protocol object gives about itself, as the configuration
-// publishes them to the host, gathered in one comparable record.
+// publishes them to the host, gathered in one comparable record; and which of
+// its builders have no command.
 #pragma once
 
 #include <ostream>
+#include <string>
 #include <tuple>
+#include <utility>
 
 #include "protocols/protocol.h"
 
@@ -14,7 +17,7 @@ struct Capabilities {
     int minAddress;
     int maxAddress;
     bool shouldRepeat;
-    int goToPresetRepeatCount;  // GetRepeatCount for opcode 60
+    std::string repeatCounts;  // "opcode:count" for each opcode whose GetRepeatCount is not 0
     int menuType;
     bool menuMode;
     int delay;
@@ -27,15 +30,25 @@ struct Capabilities {
     bool arbCmd;  // RawCommand(1, 1) is not empty
 
     auto Fields() const {
-        return std::tie(presets, minAddress, maxAddress, shouldRepeat, goToPresetRepeatCount, menuType, menuMode,
-                        delay, patternType, interval, autoFocus, autoIris, flip, applePeel, arbCmd);
+        return std::tie(presets, minAddress, maxAddress, shouldRepeat, repeatCounts, menuType, menuMode, delay,
+                        patternType, interval, autoFocus, autoIris, flip, applePeel, arbCmd);
     }
     bool operator==(const Capabilities& other) const { return Fields() == other.Fields(); }
 };
 
+inline std::string RepeatCountsOf(const vorna::CProtocol& protocol) {
+    constexpr int kOpcodeCount = 74;
+    std::string counts;
+    for (int opcode = 0; opcode < kOpcodeCount; ++opcode) {
+        const int count = protocol.GetRepeatCount(opcode);
+        if (count != 0) counts += (counts.empty() ? "" : " ") + std::to_string(opcode) + ':' + std::to_string(count);
+    }
+    return counts;
+}
+
 inline Capabilities CapabilitiesOf(vorna::CProtocol& protocol) {
     return {protocol.GetPresetCount(), protocol.GetMinAddress(),   protocol.GetMaxAddress(),
-            protocol.ShouldRepeat(0, 0), protocol.GetRepeatCount(60), protocol.GetMenuType(),
+            protocol.ShouldRepeat(0, 0), RepeatCountsOf(protocol),   protocol.GetMenuType(),
             protocol.HasMenuMode(),      protocol.GetDelay(),         protocol.GetPatternType(),
             protocol.GetCommandInterval(), protocol.CanAutoFocus(),   protocol.CanAutoIris(),
             protocol.CanFlip(),          protocol.CanApplePeel(),     !protocol.RawCommand(1, 1).empty()};
@@ -43,10 +56,43 @@ inline Capabilities CapabilitiesOf(vorna::CProtocol& protocol) {
 
 inline void PrintTo(const Capabilities& c, std::ostream* out) {
     *out << "{presets " << c.presets << ", addresses " << c.minAddress << ".." << c.maxAddress << ", repeat "
-         << c.shouldRepeat << ", go-to-preset count " << c.goToPresetRepeatCount << ", menu " << c.menuType
-         << ", menu mode " << c.menuMode << ", delay " << c.delay << ", pattern " << c.patternType
-         << ", interval " << c.interval << ", auto focus " << c.autoFocus << ", auto iris " << c.autoIris
-         << ", flip " << c.flip << ", apple peel " << c.applePeel << ", arb cmd " << c.arbCmd << "}";
+         << c.shouldRepeat << ", repeat counts \"" << c.repeatCounts << "\", menu " << c.menuType << ", menu mode "
+         << c.menuMode << ", delay " << c.delay << ", pattern " << c.patternType << ", interval " << c.interval
+         << ", auto focus " << c.autoFocus << ", auto iris " << c.autoIris << ", flip " << c.flip
+         << ", apple peel " << c.applePeel << ", arb cmd " << c.arbCmd << "}";
+}
+
+// The builders, in slot order, that give nothing when called for address 1
+// with every other argument 1 (a stop of the focus alone, menu navigation by
+// enter, running pattern 1). Every builder of the registered protocols that
+// has a command at all has one for these calls, so the list names exactly the
+// operations a protocol does not support.
+inline std::string EmptyOperations(vorna::CProtocol& p) {
+    const std::pair<const char*, vorna::Bytes> built[] = {
+        {"StopAxes", p.StopAxes(1, 0, 0, 0, 0, 1)},
+        {"Pan", p.Pan(1, 1)},
+        {"Tilt", p.Tilt(1, 1)},
+        {"Zoom", p.Zoom(1, 1)},
+        {"Move", p.Move(1, 1, 1, 1)},
+        {"Preset", p.Preset(1, 1, 1)},
+        {"SetZoomSpeed", p.SetZoomSpeed(1, 1)},
+        {"Iris", p.Iris(1, 1)},
+        {"Focus", p.Focus(1, 1)},
+        {"AutoIris", p.AutoIris(1, 1)},
+        {"AutoFocus", p.AutoFocus(1, 1)},
+        {"RawCommand", p.RawCommand(1, 1)},
+        {"Menu", p.Menu(1, 1)},
+        {"MenuEnter", p.MenuEnter(1, 1)},
+        {"MenuNavigate", p.MenuNavigate(1, 0, 0, 1)},
+        {"Flip", p.Flip(1, 1)},
+        {"ApplePeel", p.ApplePeel(1, 1)},
+        {"Pattern", p.Pattern(1, 1, 3)},
+    };
+    std::string names;
+    for (const auto& [name, bytes] : built) {
+        if (bytes.empty()) names += (names.empty() ? "" : " ") + std::string(name);
+    }
+    return names;
 }
 
 }  // namespace vorna_test
