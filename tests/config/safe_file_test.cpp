@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
+#include <fcntl.h>
+#include <unistd.h>
 
-#include "support/failing_file_system.h"
+#include <cerrno>
+
+#include "config/file_system.h"
 #include "support/temp_dir.h"
 
 using namespace vorna;
@@ -12,97 +15,54 @@ using vorna_test::TempDir;
 
 namespace {
 
-const char* const kOld = "<Tarn Delta=\"0\" Version=\"old\" />\n";
-const char* const kNew = "<Tarn Delta=\"0\" Version=\"new\" />\n";
+// Fails one chosen call of the safe save with a chosen errno and passes every
+// other call to the real file system, for the lifetime of the object.
+//
+// A failing write fails the disk under the side file rather than the fwrite
+// call, so the stream's own buffering decides who sees it, as on a full disk:
+// fflush for a document smaller than the buffer, fwrite for a larger one.
+class FailingFileSystem : public PosixFileSystem {
+public:
+    enum class Call { kNothing, kOpen, kWrite, kFlush, kSync, kClose, kRename, kDirectorySync };
 
-XmlDocument NewDocument() {
-    XmlDocument document;
-    EXPECT_TRUE(document.ParseText(kNew, strlen(kNew)));
-    return document;
-}
+    FailingFileSystem(Call call, int error) : call_(call), error_(error) { SetFileSystem(this); }
+    ~FailingFileSystem() override { SetFileSystem(nullptr); }
 
-std::string Version(const XmlDocument& document) {
-    const char* version = document.RootElement() ? document.RootElement()->Attribute("Version") : nullptr;
-    return version ? version : "(none)";
-}
-
-}  // namespace
-
-TEST(SafeFile, SaveWritesIndentedDocumentAndNoSideFile) {
-    TempDir dir;
-    dir.Write("VORNA.xml", kOld);
-    XmlDocument document;
-    const std::string text = "<?xml ?><Tarn Delta=\"0\"><PTZ ID=\"1\"><Devices ID=\"2\" /></PTZ></Tarn>";
-    ASSERT_TRUE(document.ParseText(text.data(), text.size()));
-    EXPECT_TRUE(SaveDocument(document, dir.File("VORNA.xml")));
-    EXPECT_EQ(dir.Read("VORNA.xml"),
-              "<?xml ?>\n<Tarn Delta=\"0\">\n    <PTZ ID=\"1\">\n        <Devices ID=\"2\" />\n    </PTZ>\n</Tarn>\n");
-    EXPECT_FALSE(dir.Exists("VORNA.xml.pending"));
-    EXPECT_EQ(document.ModuleErrorId(), 0);
-}
-
-TEST(SafeFile, LoadPrefersAParsableSideFile) {
-    struct Row {
-        const char* name;
-        const char* file;     // null: no such file
-        const char* pending;  // null: no such file
-        bool loaded;
-        const char* version;
-        const char* fileAfter;
-        bool pendingLeft;
-    };
-    const std::vector<Row> rows = {
-        {"side file wins and replaces the file", kOld, kNew, true, "new", kNew, false},
-        {"side file alone", nullptr, kNew, true, "new", kNew, false},
-        {"unparsable side file is ignored and left", kOld, "<Tarn", true, "old", kOld, true},
-        {"no side file", kOld, nullptr, true, "old", kOld, false},
-        {"nothing at all", nullptr, nullptr, false, "(none)", "(missing)", false},
-        {"unparsable file", "<Tarn><", nullptr, false, "(none)", "<Tarn><", false},
-    };
-    for (const Row& row : rows) {
-        TempDir dir;
-        if (row.file) dir.Write("VORNA.xml", row.file);
-        if (row.pending) dir.Write("VORNA.xml.pending", row.pending);
-        XmlDocument document;
-        EXPECT_EQ(LoadDocument(document, dir.File("VORNA.xml")), row.loaded) << row.name;
-        EXPECT_EQ(Version(document), row.version) << row.name;
-        EXPECT_EQ(dir.Read("VORNA.xml"), row.fileAfter) << row.name;
-        EXPECT_EQ(dir.Exists("VORNA.xml.pending"), row.pendingLeft) << row.name;
+    FILE* Open(const std::string& path, const char* mode) override {
+        if (call_ == Call::kOpen) return Fail<FILE*>(nullptr);
+        if (call_ != Call::kWrite) return PosixFileSystem::Open(path, mode);
+        close(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666));
+        return fopencookie(this, mode, {nullptr, &RefuseWrite, nullptr, nullptr});
     }
-}
+    int Flush(FILE* file) override { return call_ == Call::kFlush ? Fail(EOF) : PosixFileSystem::Flush(file); }
+    int Sync(FILE* file) override { return call_ == Call::kSync ? Fail(-1) : PosixFileSystem::Sync(file); }
+    int Close(FILE* file) override {
+        const int result = PosixFileSystem::Close(file);
+        return call_ == Call::kClose ? Fail(EOF) : result;
+    }
+    int Rename(const std::string& from, const std::string& to) override {
+        return call_ == Call::kRename ? Fail(-1) : PosixFileSystem::Rename(from, to);
+    }
+    int SyncDirectory(const std::string& path) override {
+        return call_ == Call::kDirectorySync ? Fail(-1) : PosixFileSystem::SyncDirectory(path);
+    }
 
-TEST(SafeFile, UncreatableSideFileFailsAndLeavesTheFile) {
-    TempDir dir;
-    dir.Write("VORNA.xml", kOld);
-    ASSERT_EQ(mkdir(dir.File("VORNA.xml.pending").c_str(), 0700), 0);
-    XmlDocument document = NewDocument();
-    EXPECT_FALSE(SaveDocument(document, dir.File("VORNA.xml")));
-    EXPECT_EQ(document.ModuleErrorId(), kErrorSaveFailed);
-    EXPECT_EQ(document.ModuleErrorDesc(), "create error 21 - Is a directory");
-    EXPECT_FALSE(document.Error()) << "TinyXML's own flag is left alone";
-    EXPECT_EQ(dir.Read("VORNA.xml"), kOld);
+private:
+    static ssize_t RefuseWrite(void* self, const char*, size_t) {
+        return static_cast<FailingFileSystem*>(self)->Fail<ssize_t>(-1);
+    }
 
-    XmlDocument elsewhere = NewDocument();
-    EXPECT_FALSE(SaveDocument(elsewhere, dir.File("missing/VORNA.xml")));
-    EXPECT_EQ(elsewhere.ModuleErrorDesc(), "create error 2 - No such file or directory");
-    EXPECT_FALSE(dir.Exists("missing"));
-}
+    template <typename Result>
+    Result Fail(Result result) {
+        errno = error_;
+        return result;
+    }
 
-TEST(SafeFile, FailedRenameKeepsTheSideFileForTheNextLoad) {
-    TempDir dir;
-    ASSERT_EQ(mkdir(dir.File("VORNA.xml").c_str(), 0700), 0);
-    dir.Write("VORNA.xml/occupied", "");
-    XmlDocument document = NewDocument();
-    EXPECT_FALSE(SaveDocument(document, dir.File("VORNA.xml")));
-    EXPECT_EQ(document.ModuleErrorDesc(), "Failed to rename .xml.pending to .xml file 21 - Is a directory");
-    EXPECT_EQ(dir.Read("VORNA.xml.pending"), kNew);
+    Call call_;
+    int error_;
+};
 
-    XmlDocument loaded;
-    EXPECT_TRUE(LoadDocument(loaded, dir.File("VORNA.xml")));
-    EXPECT_EQ(Version(loaded), "new");
-}
-
-namespace {
+const char* const kOld = "<Tarn Delta=\"0\" Version=\"old\" />\n";
 
 // A configuration of `inputs` cameras: 1 fits one stdio buffer, 5000 need
 // dozens of them.
@@ -115,16 +75,23 @@ XmlDocument DocumentOfSize(int inputs) {
     return document;
 }
 
-std::string Indented(const XmlDocument& document) {
-    TiXmlPrinter printer;
-    document.Accept(&printer);
-    return printer.Str();
-}
-
 }  // namespace
 
+TEST(SafeFile, LoadIgnoresAnUnparsableSideFileAndLeavesIt) {
+    TempDir dir;
+    XmlDocument document;
+    EXPECT_FALSE(LoadDocument(document, dir.File("VORNA.xml")));
+    dir.Write("VORNA.xml", kOld);
+    dir.Write("VORNA.xml.pending", "<Tarn");
+    ASSERT_TRUE(LoadDocument(document, dir.File("VORNA.xml")));
+    EXPECT_STREQ(document.RootElement()->Attribute("Version"), "old");
+    EXPECT_EQ(dir.Read("VORNA.xml.pending"), "<Tarn");
+}
+
+// A failed rename leaves the side file, and the next load moves it into place;
+// any other failure leaves the old file.
 TEST(SafeFile, AnyFailingCallLeavesTheFileAsItWas) {
-    using Call = vorna_test::FailingFileSystem::Call;
+    using Call = FailingFileSystem::Call;
     struct Row {
         Call call;
         int error;
@@ -153,22 +120,29 @@ TEST(SafeFile, AnyFailingCallLeavesTheFileAsItWas) {
         {Call::kDirectorySync, EIO, ""},
     };
     for (const int inputs : {1, 5000}) {
-        const std::string text = Indented(DocumentOfSize(inputs));
+        TiXmlPrinter printer;
+        DocumentOfSize(inputs).Accept(&printer);
+        const std::string text = printer.Str();
         for (const Row& row : rows) {
             const std::string name = std::string(row.message) + " with " + std::to_string(text.size()) + " bytes";
             TempDir dir;
             dir.Write("VORNA.xml", kOld);
             XmlDocument document = DocumentOfSize(inputs);
             const bool saved = [&] {
-                vorna_test::FailingFileSystem files(row.call, row.error);
+                FailingFileSystem files(row.call, row.error);
                 return SaveDocument(document, dir.File("VORNA.xml"));
             }();
             const bool succeeds = *row.message == '\0';
             const bool renameFailed = row.call == Call::kRename;
             EXPECT_EQ(saved, succeeds) << name;
             EXPECT_EQ(document.ModuleErrorDesc(), row.message) << name;
+            EXPECT_FALSE(document.Error()) << name << ": TinyXML's own flag is left alone";
             EXPECT_EQ(dir.Read("VORNA.xml"), succeeds ? text : kOld) << name;
             EXPECT_EQ(dir.Read("VORNA.xml.pending"), renameFailed ? text : "(missing)") << name;
+            XmlDocument next;
+            EXPECT_TRUE(LoadDocument(next, dir.File("VORNA.xml"))) << name;
+            EXPECT_EQ(dir.Read("VORNA.xml"), succeeds || renameFailed ? text : kOld) << name << ", loaded again";
+            EXPECT_FALSE(dir.Exists("VORNA.xml.pending")) << name << ", loaded again";
         }
     }
 }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <stdlib.h>
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <iterator>
@@ -33,14 +33,10 @@ public:
     // The file's bytes, or "(missing)".
     std::string Read(const std::string& name) const {
         std::ifstream in(File(name), std::ios::binary);
-        if (!in) return "(missing)";
-        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+        return in ? std::string(std::istreambuf_iterator<char>(in), {}) : "(missing)";
     }
 
-    bool Exists(const std::string& name) const {
-        struct stat info;
-        return stat(File(name).c_str(), &info) == 0;
-    }
+    bool Exists(const std::string& name) const { return access(File(name).c_str(), F_OK) == 0; }
 
     std::string path;
 };
