@@ -111,17 +111,3 @@ TEST(ConfigWriter, SmallConfigurationAsFileAndNotice) {
     document.Accept(&notice);
     EXPECT_EQ(notice.Str(), vorna_test::Flattened(kSmallConfigurationFile));
 }
-
-TEST(ConfigWriter, PublishesEveryRegisteredProtocolInNameOrder) {
-    PtzController controller;
-    FillProtocolTable(controller.protocols);
-    TiXmlDocument document;
-    BuildConfigDocument(controller, document);
-    std::vector<std::string> names;
-    for (const TiXmlElement* element = document.RootElement()->FirstChildElement("PTZ")->FirstChildElement("Protocol");
-         element != nullptr; element = element->NextSiblingElement("Protocol"))
-        names.push_back(element->Attribute("Name"));
-    EXPECT_EQ(names, (std::vector<std::string>{"AD-M3200", "AD-M3200 Multi", "AD-MP48", "AD-MP48 Multi", "AD-RS422",
-                                               "Bosch", "GE-ASCII", "GE-Impac", "HSD-Pelco-D", "Panasonic", "Pelco-D",
-                                               "Pelco-P"}));
-}

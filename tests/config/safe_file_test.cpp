@@ -29,33 +29,32 @@ public:
     ~FailingFileSystem() override { SetFileSystem(nullptr); }
 
     FILE* Open(const std::string& path, const char* mode) override {
-        if (call_ == Call::kOpen) return Fail<FILE*>(nullptr);
+        if (Fails(Call::kOpen)) return nullptr;
         if (call_ != Call::kWrite) return PosixFileSystem::Open(path, mode);
         close(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666));
         return fopencookie(this, mode, {nullptr, &RefuseWrite, nullptr, nullptr});
     }
-    int Flush(FILE* file) override { return call_ == Call::kFlush ? Fail(EOF) : PosixFileSystem::Flush(file); }
-    int Sync(FILE* file) override { return call_ == Call::kSync ? Fail(-1) : PosixFileSystem::Sync(file); }
-    int Close(FILE* file) override {
-        const int result = PosixFileSystem::Close(file);
-        return call_ == Call::kClose ? Fail(EOF) : result;
-    }
+    int Flush(FILE* file) override { return Fails(Call::kFlush) ? EOF : PosixFileSystem::Flush(file); }
+    int Sync(FILE* file) override { return Fails(Call::kSync) ? -1 : PosixFileSystem::Sync(file); }
+    int Close(FILE* file) override { return PosixFileSystem::Close(file) != 0 || Fails(Call::kClose) ? EOF : 0; }
     int Rename(const std::string& from, const std::string& to) override {
-        return call_ == Call::kRename ? Fail(-1) : PosixFileSystem::Rename(from, to);
+        return Fails(Call::kRename) ? -1 : PosixFileSystem::Rename(from, to);
     }
     int SyncDirectory(const std::string& path) override {
-        return call_ == Call::kDirectorySync ? Fail(-1) : PosixFileSystem::SyncDirectory(path);
+        return Fails(Call::kDirectorySync) ? -1 : PosixFileSystem::SyncDirectory(path);
     }
 
 private:
     static ssize_t RefuseWrite(void* self, const char*, size_t) {
-        return static_cast<FailingFileSystem*>(self)->Fail<ssize_t>(-1);
+        errno = static_cast<FailingFileSystem*>(self)->error_;
+        return -1;
     }
 
-    template <typename Result>
-    Result Fail(Result result) {
+    // True, with errno set, when `call` is the one to fail.
+    bool Fails(Call call) const {
+        if (call != call_) return false;
         errno = error_;
-        return result;
+        return true;
     }
 
     Call call_;

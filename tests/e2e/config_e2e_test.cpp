@@ -112,7 +112,6 @@ TEST(ConfigE2E, UpdateRewritesTheWholeFileAndSendsTheWholeDocument) {
 TEST(ConfigE2E, FailedSaveStillNotifiesAndTheNextStartLoadsTheOldFile) {
     OpenModule module(kTwoCameras + "</PTZ></Tarn>");
     const std::string started = ReadFile(kConfigFile);
-    ASSERT_EQ(Flattened(started).rfind(kTwoCameras, 0), 0u);
     ASSERT_EQ(mkdir("VORNA.xml.pending", 0700), 0);
     module.host.ClearSent();
     module.host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, kTourOn);
