@@ -22,6 +22,7 @@ TEST(GeImpac, BuildsCountedFramesWithTwosComplementChecksum) {
         {[](auto& p) { return p.Move(5, 300, 0, 0); }, "FF 09 09 14 00 00 05 16 00 00 BF"},
         {[](auto& p) { return p.Move(5, 0, 0, -2); }, "FF 09 09 14 00 00 05 00 00 10 C5"},
         {[](auto& p) { return p.Move(5, 0, 0, 16); }, "FF 09 09 14 00 00 05 00 00 00 D5"},
+        {[](auto& p) { return p.Move(5, 0, 0, -16); }, "FF 09 09 14 00 00 05 00 00 80 55"},
         {[](auto& p) { return p.Move(0x1FF, 0, 0, 0); }, "FF 09 09 14 00 00 FF 00 00 00 DB"},
         {[](auto& p) { return p.Preset(5, 3, 1); }, "FF 07 09 0B 00 00 05 02 DE"},
         {[](auto& p) { return p.Preset(5, 3, 0); }, "FF 07 09 0A 00 00 05 02 DF"},

@@ -63,11 +63,11 @@ TEST(PelcoD, Frames) {
     CPelcoD protocol;
     ExpectFrames(protocol, kSharedFrames);
     ExpectFrames(protocol, {
-        {[](auto& p) { return p.Menu(1, 1); }, "FF 01 00 03 00 5F 63"},
+        {[](auto& p) { return p.Menu(1, 7); }, "FF 01 00 03 00 5F 63"},
         {[](auto& p) { return p.Menu(1, 0) + p.Menu(1, -1); }, ""},
         {[](auto& p) { return p.Pattern(1, 2, 0); }, "FF 01 00 1F 00 02 22"},
         {[](auto& p) { return p.Pattern(1, 2, 1); }, "FF 01 00 21 00 00 22"},
-        {[](auto& p) { return p.Pattern(1, 2, 2); }, ""},
+        {[](auto& p) { return p.Pattern(1, 2, 2) + p.Pattern(1, 2, 4); }, ""},
         {[](auto& p) { return p.Pattern(1, 2, 3); }, "FF 01 00 23 00 02 26"},
     });
 }
@@ -80,6 +80,7 @@ TEST(PelcoD, HsdInheritsEverythingButMenuAndPattern) {
         {[](auto& p) { return p.Menu(1, 0); }, "FF 01 04 00 00 00 05 FF 01 00 00 00 00 01"},
         {[](auto& p) { return p.Pattern(4, 0, 3); }, "FF 04 00 02 00 00 06 FF 04 00 07 00 4F 5A"},
         {[](auto& p) { return p.Pattern(4, 1, 3); }, "FF 04 00 02 00 00 06 FF 04 00 07 00 50 5B"},
+        {[](auto& p) { return p.Pattern(4, 2, 3); }, "FF 04 00 02 00 00 06 FF 04 00 07 00 51 5C"},
         {[](auto& p) { return p.Pattern(4, 3, 3) + p.Pattern(4, -1, 3); }, ""},
         {[](auto& p) { return p.Pattern(4, 0, 0) + p.Pattern(4, 0, 1) + p.Pattern(4, 0, 2); }, ""},
     });

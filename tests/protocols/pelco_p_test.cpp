@@ -24,6 +24,7 @@ TEST(PelcoP, Frames) {
     CPelcoP protocol;
     ExpectFrames(protocol, {
         {[](auto& p) { return p.Preset(1, 5, 1); }, "A0 00 00 07 00 05 AF 0D"},
+        {[](auto& p) { return p.Preset(1, 5, 2); }, "A0 00 00 05 00 05 AF 0F"},
         {[](auto& p) { return p.Move(2, -0x20, 0, 0); }, "A0 01 00 04 1F 00 AF 15"},
         {[](auto& p) { return p.Move(1, 0, 0, 0); }, "A0 00 00 00 00 00 AF 0F"},
         {[](auto& p) { return p.Move(0, 0, 0, 0); }, "A0 FF 00 00 00 00 AF F0"},
