@@ -53,9 +53,7 @@ struct Fixture {
     Fixture() {
         a = (controller.protocols["A"] = std::make_unique<vorna_test::FakeProtocol>()).get();
         controller.protocols["B"] = std::make_unique<vorna_test::FakeProtocol>();
-        controller.serialLines["COM1"] = {"A", 7};
-        controller.serialLines["COM2"] = {"B", 8};
-        controller.serialLines["COM3"] = {"Gone", 9};
+        controller.serialLines = {{"COM1", {"A", 7}}, {"COM2", {"B", 8}}, {"COM3", {"Gone", 9}}};
     }
 
     bool Apply(const Step& step) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <tuple>
 
 #include "config/file_system.h"
 #include "support/temp_dir.h"
@@ -91,12 +92,8 @@ TEST(SafeFile, LoadIgnoresAnUnparsableSideFileAndLeavesIt) {
 // any other failure leaves the old file.
 TEST(SafeFile, AnyFailingCallLeavesTheFileAsItWas) {
     using Call = FailingFileSystem::Call;
-    struct Row {
-        Call call;
-        int error;
-        const char* message;  // empty: the save succeeds
-    };
-    const std::vector<Row> rows = {
+    // The call that fails, its errno, and the message; no message: the save succeeds.
+    const std::vector<std::tuple<Call, int, std::string>> rows = {
         {Call::kNothing, 0, ""},
         {Call::kWrite, ENOSPC, "write error 28 - No space left on device"},
         {Call::kWrite, EIO, "write error 5 - Input/output error"},
@@ -122,19 +119,20 @@ TEST(SafeFile, AnyFailingCallLeavesTheFileAsItWas) {
         TiXmlPrinter printer;
         DocumentOfSize(inputs).Accept(&printer);
         const std::string text = printer.Str();
-        for (const Row& row : rows) {
-            const std::string name = std::string(row.message) + " with " + std::to_string(text.size()) + " bytes";
+        for (const auto& [call, error, message] : rows) {
+            const std::string name = message + " with " + std::to_string(text.size()) + " bytes";
             TempDir dir;
             dir.Write("VORNA.xml", kOld);
             XmlDocument document = DocumentOfSize(inputs);
-            const bool saved = [&] {
-                FailingFileSystem files(row.call, row.error);
-                return SaveDocument(document, dir.File("VORNA.xml"));
-            }();
-            const bool succeeds = *row.message == '\0';
-            const bool renameFailed = row.call == Call::kRename;
+            bool saved;
+            {
+                FailingFileSystem files(call, error);
+                saved = SaveDocument(document, dir.File("VORNA.xml"));
+            }
+            const bool succeeds = message.empty();
+            const bool renameFailed = call == Call::kRename;
             EXPECT_EQ(saved, succeeds) << name;
-            EXPECT_EQ(document.ModuleErrorDesc(), row.message) << name;
+            EXPECT_EQ(document.ModuleErrorDesc(), message) << name;
             EXPECT_FALSE(document.Error()) << name << ": TinyXML's own flag is left alone";
             EXPECT_EQ(dir.Read("VORNA.xml"), succeeds ? text : kOld) << name;
             EXPECT_EQ(dir.Read("VORNA.xml.pending"), renameFailed ? text : "(missing)") << name;

@@ -4,6 +4,7 @@
 
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "support/temp_dir.h"
@@ -42,12 +43,8 @@ int DeepestTag(const TiXmlNode& node, int depth) {
 }  // namespace
 
 TEST(XmlDocument, DepthLimit) {
-    struct Row {
-        const char* name;
-        std::string text;
-        int errorId;
-    };
-    const std::vector<Row> rows = {
+    // What the text shows, the text, the error id it parses with.
+    const std::vector<std::tuple<const char*, std::string, int>> rows = {
         {"100 deep", Nested(100), 0},
         {"101 deep", Nested(101), 17},
         {"1,000,000 deep", Nested(1000000), 17},
@@ -66,13 +63,13 @@ TEST(XmlDocument, DepthLimit) {
         {"legacy text keeps that '<'", Nested(100, "\xC3<b/>"), 17},
         {"hex entity swallows markup up to its ';'", Nested(100, "&#x<b>x1;"), 0},
     };
-    for (const Row& row : rows) {
+    for (const auto& [name, text, errorId] : rows) {
         XmlDocument document;
-        EXPECT_EQ(Parse(document, row.text), row.errorId == 0) << row.name;
-        EXPECT_EQ(document.ModuleErrorId(), row.errorId) << row.name;
-        if (row.errorId == 17) {
-            EXPECT_EQ(document.ModuleErrorDesc(), kTooDeep) << row.name;
-            EXPECT_FALSE(document.Error()) << row.name << ": the guard leaves TinyXML's own flag clear";
+        EXPECT_EQ(Parse(document, text), errorId == 0) << name;
+        EXPECT_EQ(document.ModuleErrorId(), errorId) << name;
+        if (errorId == 17) {
+            EXPECT_EQ(document.ModuleErrorDesc(), kTooDeep) << name;
+            EXPECT_FALSE(document.Error()) << name << ": the guard leaves TinyXML's own flag clear";
         }
     }
 }
