@@ -18,9 +18,6 @@ constexpr int kSerialSectionId = 0xD0000;
 // The only `Use` that makes a port drive PTZ cameras.
 constexpr int kUsePtz = 2;
 
-constexpr int kLogMissing = 50;
-constexpr int kLogUnprocessable = 75;
-
 // A camera's three keys, as its enclosing elements give them.
 struct CameraKey {
     int devicesId;

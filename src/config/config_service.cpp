@@ -16,8 +16,6 @@ const char* const kConfigFileName = "VORNA.xml";
 
 namespace {
 
-constexpr int kLogUnprocessable = 75;
-
 std::string PrintStream(const TiXmlDocument& document) {
     TiXmlPrinter printer;
     printer.SetStreamPrinting();

@@ -170,7 +170,7 @@ void ExecuteCommand(PtzCamera& camera, int opcode, double parm) {
     camera.lastCommandTime = NowMs();
     const int n = IntegerPart(parm);
     if (camera.protocol == nullptr) {
-        LogToHost(75, Format("ptz port %s address %d missing protocol", camera.serialPort.c_str(),
+        LogToHost(kLogUnprocessable, Format("ptz port %s address %d missing protocol", camera.serialPort.c_str(),
                              static_cast<int>(camera.address)));
         return;
     }
