@@ -20,6 +20,7 @@ class HostProcess {
 public:
     // Starts `vorna-host --module <built module> args...` in `workDir`.
     HostProcess(const std::vector<std::string>& args, const std::string& workDir) {
+        OpenStandardDescriptors();
         int input[2], output[2], errors[2];
         if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0 || pipe2(errors, O_CLOEXEC) != 0)
             throw std::runtime_error("pipe2");
@@ -93,6 +94,15 @@ public:
     std::string err;
 
 private:
+    // A test run without standard input (or output) would get the pipes on
+    // descriptors 0 to 2, where the child's dup2 does nothing and the
+    // close-on-exec flag stays set; /dev/null keeps the low descriptors taken.
+    static void OpenStandardDescriptors() {
+        for (int fd = 0; fd <= 2; ++fd)
+            if (fcntl(fd, F_GETFD) == -1 && open("/dev/null", O_RDWR) != fd)
+                throw std::runtime_error("standard descriptors");
+    }
+
     // One read from each pipe that has data; false at the deadline or when
     // both pipes are closed.
     bool ReadSome(std::chrono::steady_clock::time_point deadline) {

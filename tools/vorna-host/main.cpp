@@ -126,4 +126,11 @@ int RunHost(const std::vector<std::string>& args) {
 }  // namespace
 }  // namespace vorna_host
 
-int main(int argc, char** argv) { return vorna_host::RunHost(std::vector<std::string>(argv + 1, argv + argc)); }
+int main(int argc, char** argv) {
+    // Started without standard input (or output), the first descriptors the
+    // host opens would land on 0 to 2 and be read or written as the console;
+    // /dev/null keeps them taken, so a closed input simply ends the session.
+    for (int fd = 0; fd <= 2; ++fd)
+        if (fcntl(fd, F_GETFD) == -1 && open("/dev/null", O_RDWR) != fd) return 1;
+    return vorna_host::RunHost(std::vector<std::string>(argv + 1, argv + argc));
+}
