@@ -25,23 +25,12 @@ struct CameraKey {
     int inputNumber;
 };
 
-bool ReadInt(const TiXmlElement& element, const char* name, int* value) {
-    return element.QueryIntAttribute(name, value) == TIXML_SUCCESS;
-}
-
 std::string ReadText(const TiXmlElement& element, const char* name) {
     const char* value = element.Attribute(name);
     return value != nullptr ? value : "";
 }
 
 bool Has(const TiXmlElement& element, const char* name) { return element.Attribute(name) != nullptr; }
-
-template <typename Visit>
-void ForEachChild(const TiXmlElement& parent, const char* name, Visit visit) {
-    for (const TiXmlElement* child = parent.FirstChildElement(name); child != nullptr;
-         child = child->NextSiblingElement(name))
-        visit(*child);
-}
 
 // Binding a camera to a protocol keeps its preset names unless it moves from
 // one protocol to another: cameras read from the file have none until the

@@ -27,10 +27,10 @@ struct EventInput {
 // Type 4 inputs: Alarm 1 opens an entry, Alarm 0 closes the matching one.
 void ApplyAlarmInput(PtzCamera& camera, const EventInput& input) {
     int time, milliseconds, action, alarm;
-    if (input.element->QueryIntAttribute("Time", &time) != TIXML_SUCCESS) return;
-    if (input.element->QueryIntAttribute("Milliseconds", &milliseconds) != TIXML_SUCCESS) return;
-    if (input.element->QueryIntAttribute("Action", &action) != TIXML_SUCCESS) return;
-    if (input.element->QueryIntAttribute("Alarm", &alarm) != TIXML_SUCCESS) return;
+    if (!ReadInt(*input.element, "Time", &time)) return;
+    if (!ReadInt(*input.element, "Milliseconds", &milliseconds)) return;
+    if (!ReadInt(*input.element, "Action", &action)) return;
+    if (!ReadInt(*input.element, "Alarm", &alarm)) return;
     if (alarm == 1) {
         StartAlarmCommand(camera, static_cast<uint32_t>(action), input.opcode, input.parm);
     } else if (alarm == 0) {
@@ -51,17 +51,6 @@ void CarryOut(PtzController& controller, const EventInput& input, bool alarmForm
         camera->activityTime = NowMs();
     }
     controller.CamerasChanged();
-}
-
-bool ReadInt(const TiXmlElement& element, const char* name, int* value) {
-    return element.QueryIntAttribute(name, value) == TIXML_SUCCESS;
-}
-
-template <typename Visit>
-void ForEachChild(const TiXmlElement& parent, const char* name, Visit visit) {
-    for (const TiXmlElement* child = parent.FirstChildElement(name); child != nullptr;
-         child = child->NextSiblingElement(name))
-        visit(*child);
 }
 
 }  // namespace

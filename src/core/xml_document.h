@@ -49,4 +49,18 @@ private:
     std::string moduleErrorDesc_;
 };
 
+// Reads an integer attribute by TinyXML's rules (decimal, "%d"); false when
+// it is missing or not a number.
+inline bool ReadInt(const TiXmlElement& element, const char* name, int* value) {
+    return element.QueryIntAttribute(name, value) == TIXML_SUCCESS;
+}
+
+// Visits the child elements called `name`, in document order.
+template <typename Visit>
+void ForEachChild(const TiXmlElement& parent, const char* name, Visit visit) {
+    for (const TiXmlElement* child = parent.FirstChildElement(name); child != nullptr;
+         child = child->NextSiblingElement(name))
+        visit(*child);
+}
+
 }  // namespace vorna
