@@ -20,8 +20,7 @@ std::atomic<Clock*> g_clock{&g_systemClock};
 
 }  // namespace
 
-Clock& CurrentClock() { return *g_clock.load(); }
-int64_t NowMs() { return CurrentClock().Now(); }
+int64_t NowMs() { return g_clock.load()->Now(); }
 void SetClock(Clock* clock) { g_clock.store(clock ? clock : &g_systemClock); }
 
 }  // namespace vorna

@@ -16,8 +16,7 @@ public:
     virtual int64_t Now() = 0;
 };
 
-// The system clock unless a test installed another.
-Clock& CurrentClock();
+// Now, by the system clock unless a test installed another.
 int64_t NowMs();
 
 // Installs `clock` (null restores the system clock). Tests only.
