@@ -36,7 +36,7 @@ void AddCameras(PtzController& controller, int count, bool touring) {
             camera->tourDwell = 1;
             camera->tour = {{1, 1}, {2, 2}};
         }
-        controller.cameras.push_back(std::move(camera));
+        controller.cameras.Append(std::move(camera));
     }
 }
 

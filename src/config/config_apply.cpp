@@ -18,13 +18,6 @@ constexpr int kSerialSectionId = 0xD0000;
 // The only `Use` that makes a port drive PTZ cameras.
 constexpr int kUsePtz = 2;
 
-// A camera's three keys, as its enclosing elements give them.
-struct CameraKey {
-    int devicesId;
-    int deviceNumber;
-    int inputNumber;
-};
-
 std::string ReadText(const TiXmlElement& element, const char* name) {
     const char* value = element.Attribute(name);
     return value != nullptr ? value : "";
@@ -48,8 +41,7 @@ PtzCamera& FindOrAppendCamera(PtzController& controller, const CameraKey& key) {
     created->devicesId = key.devicesId;
     created->deviceNumber = key.deviceNumber;
     created->inputNumber = key.inputNumber;
-    controller.cameras.push_back(std::move(created));
-    return *controller.cameras.back();
+    return controller.cameras.Append(std::move(created));
 }
 
 // Binds the camera to the protocol of its (new) port. False when an update
@@ -206,7 +198,7 @@ bool ApplySerialDevice(PtzController& controller, const SerialDevice& device) {
         }
         touched = true;
         if (protocol == nullptr) {
-            camera = controller.cameras.erase(camera);
+            camera = controller.cameras.Erase(camera);
             continue;
         }
         BindProtocol(**camera, protocol, static_cast<uint64_t>(device.streamId));

@@ -9,15 +9,9 @@
 namespace vorna {
 
 PtzCamera* PtzController::FindCamera(int devicesId, int deviceNumber, int inputNumber, bool remove) {
-    for (auto it = cameras.begin(); it != cameras.end(); ++it) {
-        PtzCamera& camera = **it;
-        if (camera.devicesId != devicesId || camera.deviceNumber != deviceNumber ||
-            camera.inputNumber != inputNumber)
-            continue;
-        if (!remove) return &camera;
-        cameras.erase(it);
-        return nullptr;
-    }
+    const CameraKey key{devicesId, deviceNumber, inputNumber};
+    if (!remove) return cameras.Find(key);
+    cameras.Remove(key);
     return nullptr;
 }
 

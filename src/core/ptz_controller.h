@@ -5,12 +5,12 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
-#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
 
+#include "core/camera_table.h"
 #include "core/camera_tick.h"
 #include "core/ptz_camera.h"
 #include "protocols/protocol_table.h"
@@ -30,8 +30,8 @@ public:
     PtzController& operator=(const PtzController&) = delete;
 
     // The first camera with these three keys, in table order, or null. With
-    // `remove` the camera found is destroyed and null is returned. Callers
-    // hold `lock`.
+    // `remove` the camera found is destroyed and null is returned. Takes the
+    // same time at any table size. Callers hold `lock`.
     PtzCamera* FindCamera(int devicesId, int deviceNumber, int inputNumber, bool remove);
 
     // The body of IOCTL op 1: steps every due camera until Close; returns 0.
@@ -52,7 +52,7 @@ public:
     int StopAxes();
 
     ProtocolTable protocols;
-    std::deque<std::unique_ptr<PtzCamera>> cameras;
+    CameraTable cameras;
     std::map<std::string, SerialLine> serialLines;
     std::mutex lock;
     std::condition_variable wake;

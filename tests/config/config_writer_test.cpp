@@ -18,11 +18,11 @@ struct MenuProtocol : vorna_test::FakeProtocol {
 
 PtzCamera& AddCamera(PtzController& controller, int devicesId, int deviceNumber, int inputNumber,
                      const char* serialPort, uint32_t address, CProtocol* protocol = nullptr) {
-    controller.cameras.push_back(std::make_unique<PtzCamera>());
-    PtzCamera& camera = *controller.cameras.back();
-    camera.devicesId = devicesId;
-    camera.deviceNumber = deviceNumber;
-    camera.inputNumber = inputNumber;
+    auto made = std::make_unique<PtzCamera>();
+    made->devicesId = devicesId;
+    made->deviceNumber = deviceNumber;
+    made->inputNumber = inputNumber;
+    PtzCamera& camera = controller.cameras.Append(std::move(made));
     camera.serialPort = serialPort;
     camera.address = address;
     camera.protocol = protocol;

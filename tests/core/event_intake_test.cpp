@@ -20,7 +20,7 @@ struct Fixture {
         made->deviceNumber = 3;
         made->inputNumber = 4;
         camera = made.get();
-        controller.cameras.push_back(std::move(made));
+        controller.cameras.Append(std::move(made));
     }
     void Send(const std::string& inputs, bool alarmForm = false, const char* ptz = "<PTZ ID=\"1048576\">") {
         const std::string text = std::string("<Tarn>") + ptz + "<Devices ID=\"2\"><Device Number=\"3\"><Video>" +

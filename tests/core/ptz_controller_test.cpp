@@ -13,14 +13,14 @@ TEST(PtzController, FindCameraMatchesAllThreeKeysAndRemoves) {
         camera->devicesId = 7;
         camera->deviceNumber = 3;
         camera->inputNumber = input;
-        controller.cameras.push_back(std::move(camera));
+        controller.cameras.Append(std::move(camera));
     }
-    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), controller.cameras[0].get());
-    EXPECT_EQ(controller.FindCamera(7, 3, 2, false), controller.cameras[1].get());
+    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), &controller.cameras.front());
+    EXPECT_EQ(controller.FindCamera(7, 3, 2, false), std::next(controller.cameras.begin())->get());
     EXPECT_EQ(controller.FindCamera(7, 4, 1, false), nullptr);
     EXPECT_EQ(controller.FindCamera(7, 3, 1, true), nullptr);
     ASSERT_EQ(controller.cameras.size(), 2u);
-    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), controller.cameras[1].get());
+    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), &controller.cameras.back());
 }
 
 TEST(PtzController, StopAxesUnlinksCamerasFromTheDestroyedProtocols) {
@@ -29,10 +29,10 @@ TEST(PtzController, StopAxesUnlinksCamerasFromTheDestroyedProtocols) {
     controller.protocols["Fake"] = std::make_unique<vorna_test::FakeProtocol>();
     auto camera = std::make_unique<PtzCamera>();
     camera->protocol = controller.protocols["Fake"].get();
-    controller.cameras.push_back(std::move(camera));
+    controller.cameras.Append(std::move(camera));
     EXPECT_EQ(controller.StopAxes(), 0);
     EXPECT_TRUE(controller.protocols.empty());
-    EXPECT_EQ(controller.cameras[0]->protocol, nullptr);
+    EXPECT_EQ(controller.cameras.front().protocol, nullptr);
     EXPECT_FALSE(controller.running);
     EXPECT_EQ(controller.RunWorkerCycle(), 0);
 }

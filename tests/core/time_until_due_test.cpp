@@ -73,11 +73,10 @@ PtzCamera& AddCamera(PtzController& controller, int input, FakeProtocol& protoco
     camera->devicesId = 1;
     camera->deviceNumber = 1;
     camera->inputNumber = input;
-    controller.cameras.push_back(std::move(camera));
-    return *controller.cameras.back();
+    return controller.cameras.Append(std::move(camera));
 }
 
-PtzCamera& Camera(PtzController& controller, int index) { return *controller.cameras[index]; }
+PtzCamera& Camera(PtzController& controller, int index) { return **std::next(controller.cameras.begin(), index); }
 
 TimedChange Operator(int64_t at, int index, int opcode, double parm = 0.0) {
     return {at, [=](PtzController& c) {
