@@ -1,6 +1,10 @@
 #include "config/config_writer.h"
 
+#include <algorithm>
 #include <mutex>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "core/command_executor.h"
 #include "vorna/host_abi.h"
@@ -12,51 +16,102 @@ namespace {
 // The preset count of a camera whose line has no protocol yet.
 constexpr int kPresetCountWithoutProtocol = 99;
 
-// The child `name` whose integer attribute `key` equals `value`, appended
-// with that attribute if there is none yet.
-TiXmlElement& FindOrAppend(TiXmlElement& parent, const char* name, const char* key, int value) {
-    for (TiXmlElement* child = parent.FirstChildElement(name); child != nullptr;
-         child = child->NextSiblingElement(name)) {
-        int existing;
-        if (child->QueryIntAttribute(key, &existing) == TIXML_SUCCESS && existing == value) return *child;
-    }
+// A new child `name` with the integer attribute `key`, at the end.
+TiXmlElement& Append(TiXmlElement& parent, const char* name, const char* key, int value) {
     auto* child = new TiXmlElement(name);
     child->SetAttribute(key, value);
     parent.LinkEndChild(child);
     return *child;
 }
 
+// The child `name` whose integer attribute `key` equals `value`, appended
+// with that attribute if there is none yet. Walks the siblings: used only
+// inside an element that a camera with a repeated key already filled.
+TiXmlElement& FindOrAppend(TiXmlElement& parent, const char* name, const char* key, int value) {
+    for (TiXmlElement* child = parent.FirstChildElement(name); child != nullptr;
+         child = child->NextSiblingElement(name)) {
+        int existing;
+        if (child->QueryIntAttribute(key, &existing) == TIXML_SUCCESS && existing == value) return *child;
+    }
+    return Append(parent, name, key, value);
+}
+
 int PresetCount(const PtzCamera& camera) {
     return camera.protocol != nullptr ? camera.protocol->GetPresetCount() : kPresetCountWithoutProtocol;
 }
 
-// Named presets up to the protocol's count, each with the tour positions
-// that visit it; an unnamed preset takes its tour positions with it.
-void WritePresets(const PtzCamera& camera, TiXmlElement& input) {
-    for (int number = 1; number <= PresetCount(camera); ++number) {
-        auto name = camera.presets.find(number);
-        if (name == camera.presets.end() || name->second.empty()) continue;
-        TiXmlElement& preset = FindOrAppend(input, "Preset", "Number", number);
-        preset.SetAttribute("Name", name->second);
-        for (const auto& step : camera.tour)
-            if (step.second == number) FindOrAppend(preset, "Tour", "Position", step.first);
-    }
-}
+// Writes the camera table under `PTZ` in one pass: the `Devices`, `Device`
+// and `Input` elements it creates are indexed by their keys, so cameras that
+// share keys share elements at a cost that does not grow with the number of
+// siblings.
+class CameraWriter {
+public:
+    CameraWriter(const PtzController& controller, TiXmlElement& ptz) : controller_(controller), ptz_(ptz) {}
 
-void WriteCamera(const PtzController& controller, const PtzCamera& camera, TiXmlElement& ptz) {
-    TiXmlElement& devices = FindOrAppend(ptz, "Devices", "ID", camera.devicesId);
-    TiXmlElement& device = FindOrAppend(devices, "Device", "Number", camera.deviceNumber);
-    TiXmlElement& input = FindOrAppend(device, "Input", "Number", camera.inputNumber);
-    auto line = controller.serialLines.find(camera.serialPort);
-    input.SetAttribute("Protocol", line != controller.serialLines.end() ? line->second.protocolName : "");
-    input.SetAttribute("SerialPort", camera.serialPort);
-    input.SetAttribute("Address", static_cast<int>(camera.address));
-    input.SetAttribute("Presets", PresetCount(camera));
-    input.SetAttribute("TourDwell", camera.tourDwell);
-    input.SetAttribute("TourEnabled", camera.tourEnabled ? 1 : 0);
-    input.SetAttribute("TourIdle", camera.tourIdle);
-    WritePresets(camera, input);
-}
+    void Write(const PtzCamera& camera) {
+        const CameraKey key = KeyOf(camera);
+        TiXmlElement& devices = Indexed(devices_, CameraKey{key.devicesId, 0, 0}, ptz_, "Devices", "ID", key.devicesId);
+        TiXmlElement& device =
+            Indexed(device_, CameraKey{key.devicesId, key.deviceNumber, 0}, devices, "Device", "Number", key.deviceNumber);
+        const bool repeated = inputs_.count(key) != 0;
+        TiXmlElement& input = Indexed(inputs_, key, device, "Input", "Number", key.inputNumber);
+        auto line = controller_.serialLines.find(camera.serialPort);
+        input.SetAttribute("Protocol", line != controller_.serialLines.end() ? line->second.protocolName : "");
+        input.SetAttribute("SerialPort", camera.serialPort);
+        input.SetAttribute("Address", static_cast<int>(camera.address));
+        input.SetAttribute("Presets", PresetCount(camera));
+        input.SetAttribute("TourDwell", camera.tourDwell);
+        input.SetAttribute("TourEnabled", camera.tourEnabled ? 1 : 0);
+        input.SetAttribute("TourIdle", camera.tourIdle);
+        WritePresets(camera, input, repeated);
+    }
+
+private:
+    using Index = std::unordered_map<CameraKey, TiXmlElement*, CameraKeyHash>;
+
+    static TiXmlElement& Indexed(Index& index, const CameraKey& key, TiXmlElement& parent, const char* name,
+                                 const char* attribute, int value) {
+        TiXmlElement*& element = index[key];
+        if (element == nullptr) element = &Append(parent, name, attribute, value);
+        return *element;
+    }
+
+    // Named presets from 1 up to the protocol's count, each with the tour
+    // positions that visit it (ascending); an unnamed preset takes its tour
+    // positions with it. Only an `Input` that an earlier camera with the same
+    // keys filled can already hold a preset or a tour position.
+    void WritePresets(const PtzCamera& camera, TiXmlElement& input, bool repeated) {
+        visits_.clear();
+        for (const auto& step : camera.tour) visits_.emplace_back(step.second, step.first);
+        std::sort(visits_.begin(), visits_.end());
+        auto visit = visits_.begin();
+        const int count = PresetCount(camera);
+        if (count < 1) return;
+        const auto last = camera.presets.upper_bound(count);
+        for (auto preset = camera.presets.lower_bound(1); preset != last; ++preset) {
+            const int number = preset->first;
+            if (preset->second.empty()) continue;
+            TiXmlElement& element = repeated ? FindOrAppend(input, "Preset", "Number", number)
+                                             : Append(input, "Preset", "Number", number);
+            element.SetAttribute("Name", preset->second);
+            while (visit != visits_.end() && visit->first < number) ++visit;
+            for (; visit != visits_.end() && visit->first == number; ++visit) {
+                if (repeated)
+                    FindOrAppend(element, "Tour", "Position", visit->second);
+                else
+                    Append(element, "Tour", "Position", visit->second);
+            }
+        }
+    }
+
+    const PtzController& controller_;
+    TiXmlElement& ptz_;
+    Index devices_;
+    Index device_;
+    Index inputs_;
+    // (preset number, tour position) of the camera being written, sorted.
+    std::vector<std::pair<int, int>> visits_;
+};
 
 // What the host may offer for cameras on a line with this protocol.
 TiXmlElement* Capabilities(const std::string& name, CProtocol& protocol) {
@@ -88,7 +143,8 @@ void BuildConfigDocument(PtzController& controller, TiXmlDocument& document) {
     ptz->SetAttribute("ID", static_cast<int>(VORNA_MODULE_ID));
     ptz->SetAttribute("OPCODE_MAX", kOpcodeCount);
     root->LinkEndChild(ptz);
-    for (const auto& camera : controller.cameras) WriteCamera(controller, *camera, *ptz);
+    CameraWriter writer(controller, *ptz);
+    for (const auto& camera : controller.cameras) writer.Write(*camera);
     for (const auto& protocol : controller.protocols)
         if (protocol.second != nullptr) ptz->LinkEndChild(Capabilities(protocol.first, *protocol.second));
 }

@@ -13,12 +13,6 @@ namespace {
 
 const char* const kSideFileSuffix = ".pending";
 
-std::string PrintIndented(const TiXmlDocument& document) {
-    TiXmlPrinter printer;
-    document.Accept(&printer);
-    return printer.Str();
-}
-
 // "<what> <errno> - <text>", from errno as the failed call left it.
 std::string ErrnoMessage(const char* what) {
     const int error = errno;
@@ -80,7 +74,9 @@ bool SaveDocument(XmlDocument& document, const std::string& fileName) {
     FileSystem& files = CurrentFileSystem();
     const std::string sideFile = fileName + kSideFileSuffix;
     FirstFailure failure;
-    WriteSideFile(files, sideFile, PrintIndented(document), failure);
+    TiXmlPrinter indented;
+    document.Accept(&indented);
+    WriteSideFile(files, sideFile, indented.Str(), failure);
     if (failure.Failed()) {
         files.Unlink(sideFile);
         document.SetModuleError(kErrorSaveFailed, failure.Message());
