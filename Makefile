@@ -4,7 +4,7 @@
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build check check-plain check-asan check-tsan demo bench clean
+.PHONY: all deps build check check-plain check-asan check-tsan demo bench install clean
 
 all: build
 
@@ -45,6 +45,10 @@ bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DVORNA_BUILD_BENCH=ON -DVORNA_BUILD_TESTS=OFF >/dev/null
 	cmake --build build-bench -j $(JOBS)
 	@if [ -x build-bench/bench/vorna_bench ]; then build-bench/bench/vorna_bench; else echo "no benchmarks yet"; fi
+
+# DESTDIR=DIR stages the installation under DIR (as packaging does).
+install: build
+	cmake --install build
 
 clean:
 	rm -rf build build-asan build-tsan build-bench

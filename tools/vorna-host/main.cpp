@@ -45,15 +45,17 @@ std::string Absolute(const std::string& path, const std::string& baseDir) {
 }
 
 // The libvorna.so of the build tree that holds this executable: beside it,
-// or one directory up (build/tools/vorna-host next to build/libvorna.so).
+// or one directory up (build/tools/vorna-host next to build/libvorna.so);
+// an installed vorna-host finds none there and takes the installed module.
 std::string DefaultModulePath() {
     char self[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);
-    if (length <= 0) return "libvorna.so";
+    if (length <= 0) return VORNA_INSTALLED_MODULE;
     std::string dir(self, static_cast<size_t>(length));
     dir.resize(dir.rfind('/'));
-    const std::string beside = dir + "/libvorna.so";
-    return access(beside.c_str(), F_OK) == 0 ? beside : dir + "/../libvorna.so";
+    for (const std::string& candidate : {dir + "/libvorna.so", dir + "/../libvorna.so"})
+        if (access(candidate.c_str(), F_OK) == 0) return candidate;
+    return VORNA_INSTALLED_MODULE;
 }
 
 // Stream numbers count from 1: a camera on stream 0 is one whose line the
