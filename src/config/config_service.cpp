@@ -1,10 +1,15 @@
 #include "config/config_service.h"
 
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
 #include <mutex>
 #include <string>
 
 #include "config/config_apply.h"
 #include "config/config_writer.h"
+#include "config/file_system.h"
 #include "config/safe_file.h"
 #include "core/xml_document.h"
 #include "host/host_sender.h"
@@ -16,6 +21,8 @@ const char* const kConfigFileName = "VORNA.xml";
 
 namespace {
 
+const char* const kKeptFileName = "VORNA.xml.bad";
+
 void RegisterProtocols(PtzController& controller) {
     std::lock_guard<std::mutex> guard(controller.lock);
     // A repeated Open replaces every protocol object; no camera may keep a
@@ -24,11 +31,40 @@ void RegisterProtocols(PtzController& controller) {
     FillProtocolTable(controller.protocols);
 }
 
+// TinyXML's text, with the row and column where the parse stopped when the
+// parse got that far.
+std::string LoadError(const XmlDocument& document) {
+    std::string text = document.ModuleErrorDesc();
+    if (document.Error() && document.ErrorRow() > 0)
+        text += Format(" (row %d, column %d)", document.ErrorRow(), document.ErrorCol());
+    return text;
+}
+
+// A configuration file that is there but did not load (a typo, a truncated
+// copy, no read permission) is moved aside before the save at start could
+// replace it with an empty camera table.
+void KeepUnloadableFile(const XmlDocument& document) {
+    FileSystem& files = CurrentFileSystem();
+    struct stat info;
+    if (files.Stat(kConfigFileName, info) != 0 && errno == ENOENT) return;
+    if (files.Rename(kConfigFileName, kKeptFileName) != 0) {
+        const int error = errno;
+        LogToHost(kLogUnprocessable, Format("config file VORNA.xml load error %s, not kept: rename error %d - %s",
+                                            LoadError(document).c_str(), error, std::strerror(error)));
+        return;
+    }
+    LogToHost(kLogUnprocessable,
+              Format("config file VORNA.xml load error %s, kept as VORNA.xml.bad", LoadError(document).c_str()));
+}
+
 // Loads the file and applies it. The document is gone when this returns, so
 // the save that follows does not hold two copies of the configuration.
 void LoadAndApply(PtzController& controller) {
     XmlDocument document;
-    if (LoadDocument(document, kConfigFileName)) ApplyConfiguration(controller, document, true);
+    if (LoadDocument(document, kConfigFileName))
+        ApplyConfiguration(controller, document, true);
+    else
+        KeepUnloadableFile(document);
 }
 
 // Parses and applies an update; true when anything changed. As above, the
@@ -61,7 +97,8 @@ int Update(PtzController& controller, const char* text, size_t length) {
 void Save(PtzController& controller) {
     XmlDocument document;
     BuildConfigDocument(controller, document);
-    SaveDocument(document, kConfigFileName);
+    if (!SaveDocument(document, kConfigFileName))
+        LogToHost(kLogUnprocessable, Format("config save error %s", document.ModuleErrorDesc().c_str()));
     TiXmlPrinter notice;
     notice.SetStreamPrinting();
     document.Accept(&notice);

@@ -13,7 +13,9 @@ namespace vorna {
 extern const char* const kConfigFileName;
 
 // Registers the protocols, loads and applies the configuration file, saves it
-// back (file and notice to the host) and marks the controller started.
+// back (file and notice to the host) and marks the controller started. A file
+// that is there but does not load is kept aside under another name and
+// reported, so that the save cannot overwrite a site's configuration.
 int Start(PtzController& controller);
 
 // Applies a configuration document from the host; saves and notifies when
@@ -21,8 +23,8 @@ int Start(PtzController& controller);
 int Update(PtzController& controller, const char* text, size_t length);
 
 // Rebuilds the document from the camera table, writes it to the file and
-// sends it to the host; the notice goes out even when the file could not be
-// written.
+// sends it to the host; a file that could not be written is reported, and the
+// notice goes out all the same.
 void Save(PtzController& controller);
 
 }  // namespace vorna

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <climits>
 
 namespace vorna {
 
@@ -37,6 +38,18 @@ int PosixFileSystem::SyncDirectory(const std::string& path) {
     close(fd);
     return result;
 }
+
+int PosixFileSystem::ReadLink(const std::string& path, std::string& target) {
+    std::string buffer(PATH_MAX, '\0');
+    const ssize_t length = readlink(path.c_str(), &buffer[0], buffer.size());
+    if (length < 0) return -1;
+    target.assign(buffer, 0, static_cast<size_t>(length));
+    return 0;
+}
+
+int PosixFileSystem::Stat(const std::string& path, struct stat& info) { return stat(path.c_str(), &info); }
+
+int PosixFileSystem::ChangeMode(FILE* file, mode_t mode) { return fchmod(fileno(file), mode); }
 
 FileSystem& CurrentFileSystem() { return *g_fileSystem.load(); }
 

@@ -3,6 +3,8 @@
 // made to fail on demand.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <cstddef>
 #include <cstdio>
 #include <string>
@@ -22,6 +24,9 @@ public:
     virtual int Rename(const std::string& from, const std::string& to) = 0;  // rename
     virtual int Unlink(const std::string& path) = 0;                         // unlink
     virtual int SyncDirectory(const std::string& path) = 0;                  // open, fsync, close of a directory
+    virtual int ReadLink(const std::string& path, std::string& target) = 0;  // readlink, 0 on success
+    virtual int Stat(const std::string& path, struct stat& info) = 0;        // stat
+    virtual int ChangeMode(FILE* file, mode_t mode) = 0;                     // fchmod of the stream's descriptor
 };
 
 class PosixFileSystem : public FileSystem {
@@ -34,6 +39,9 @@ public:
     int Rename(const std::string& from, const std::string& to) override;
     int Unlink(const std::string& path) override;
     int SyncDirectory(const std::string& path) override;
+    int ReadLink(const std::string& path, std::string& target) override;
+    int Stat(const std::string& path, struct stat& info) override;
+    int ChangeMode(FILE* file, mode_t mode) override;
 };
 
 // The POSIX file system unless a test installed another.

@@ -1,5 +1,7 @@
 #include "config/safe_file.h"
 
+#include <sys/stat.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -42,15 +44,50 @@ std::string DirectoryOf(const std::string& fileName) {
     return slash == 0 ? "/" : fileName.substr(0, slash);
 }
 
+// As many links as the kernel follows in one path before it gives up.
+constexpr int kMaxLinkHops = 40;
+
+// The file that `fileName` finally names when it is a symbolic link (a chain
+// of them included), so that a save replaces the file and the link stays a
+// link. A name that is no link, and a chain that loops, stay as they are.
+std::string FinalTarget(FileSystem& files, const std::string& fileName) {
+    std::string path = fileName;
+    for (int hop = 0; hop < kMaxLinkHops; ++hop) {
+        std::string target;
+        if (files.ReadLink(path, target) != 0) return path;
+        const size_t slash = path.rfind('/');
+        const bool relative = target.empty() || target[0] != '/';
+        path = relative && slash != std::string::npos ? path.substr(0, slash + 1) + target : target;
+    }
+    return fileName;
+}
+
+// The permission bits of the file a save replaces; none for a new file.
+struct KeptMode {
+    bool kept = false;
+    mode_t mode = 0;
+};
+
+KeptMode ModeOf(FileSystem& files, const std::string& path) {
+    struct stat info;
+    if (files.Stat(path, info) != 0) return {};
+    return {true, static_cast<mode_t>(info.st_mode & 07777)};
+}
+
 // Writes `text` to a new side file and forces it to disk. A flush or sync
 // that fails fails the save: a document smaller than the stream's buffer only
 // reaches the disk there.
-void WriteSideFile(FileSystem& files, const std::string& path, const std::string& text, FirstFailure& failure) {
+// The side file takes the permission bits of the file it replaces; one
+// that cannot take them still holds the operator's configuration, so that
+// does not fail the save.
+void WriteSideFile(FileSystem& files, const std::string& path, const std::string& text, KeptMode keptMode,
+                   FirstFailure& failure) {
     FILE* file = files.Open(path, "wb");
     if (file == nullptr) {
         failure.Record("create error");
         return;
     }
+    if (keptMode.kept) files.ChangeMode(file, keptMode.mode);
     const size_t written = files.Write(text.data(), text.size(), file);
     if (std::ferror(file)) failure.Record("write error");
     if (files.Flush(file) != 0 || std::ferror(file)) failure.Record("write error");
@@ -62,9 +99,11 @@ void WriteSideFile(FileSystem& files, const std::string& path, const std::string
 }  // namespace
 
 bool LoadDocument(XmlDocument& document, const std::string& fileName) {
-    const std::string sideFile = fileName + kSideFileSuffix;
+    FileSystem& files = CurrentFileSystem();
+    const std::string target = FinalTarget(files, fileName);
+    const std::string sideFile = target + kSideFileSuffix;
     if (document.LoadPath(sideFile)) {
-        CurrentFileSystem().Rename(sideFile, fileName);
+        files.Rename(sideFile, target);
         return true;
     }
     return document.LoadPath(fileName);
@@ -72,11 +111,12 @@ bool LoadDocument(XmlDocument& document, const std::string& fileName) {
 
 bool SaveDocument(XmlDocument& document, const std::string& fileName) {
     FileSystem& files = CurrentFileSystem();
-    const std::string sideFile = fileName + kSideFileSuffix;
+    const std::string target = FinalTarget(files, fileName);
+    const std::string sideFile = target + kSideFileSuffix;
     FirstFailure failure;
     TiXmlPrinter indented;
     document.Accept(&indented);
-    WriteSideFile(files, sideFile, indented.Str(), failure);
+    WriteSideFile(files, sideFile, indented.Str(), ModeOf(files, target), failure);
     if (failure.Failed()) {
         files.Unlink(sideFile);
         document.SetModuleError(kErrorSaveFailed, failure.Message());
@@ -84,14 +124,14 @@ bool SaveDocument(XmlDocument& document, const std::string& fileName) {
     }
     // No side file left to rename counts as done: a load moves a complete
     // side file into place as well.
-    if (files.Rename(sideFile, fileName) != 0 && errno != ENOENT) {
+    if (files.Rename(sideFile, target) != 0 && errno != ENOENT) {
         // The side file stays, so the next load picks the new content up.
         document.SetModuleError(kErrorSaveFailed, ErrnoMessage("Failed to rename .xml.pending to .xml file"));
         return false;
     }
     // The rename itself must survive a power loss; a directory that cannot
     // be synced changes nothing about the result.
-    files.SyncDirectory(DirectoryOf(fileName));
+    files.SyncDirectory(DirectoryOf(target));
     return true;
 }
 

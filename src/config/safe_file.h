@@ -1,7 +1,9 @@
 // Loading and saving XML files so that a crash or power loss in the middle of
 // a save never leaves a torn file: the document goes to a side file (the name
 // followed by ".pending"), is forced to disk and renamed over the real one;
-// a load prefers a side file that a crash left complete.
+// a load prefers a side file that a crash left complete. A name that is a
+// symbolic link is followed to the file it finally names, and the side file
+// lives beside that file, so a save keeps the link a link.
 #pragma once
 
 #include <string>
@@ -15,7 +17,8 @@ namespace vorna {
 bool LoadDocument(XmlDocument& document, const std::string& fileName);
 
 // Writes `document` (four-space indentation, a line break after each element)
-// through the side file. On failure returns false with the reason as the
+// through the side file; the new file keeps the permission bits of the one
+// it replaces. On failure returns false with the reason as the
 // document's module error (id 2); TinyXML's own error flag stays as it was.
 bool SaveDocument(XmlDocument& document, const std::string& fileName);
 

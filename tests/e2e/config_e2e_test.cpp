@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
+#include <functional>
 #include <iterator>
+#include <tuple>
 
 #include "e2e/module_host.h"
 #include "support/xml_text.h"
@@ -128,4 +131,125 @@ TEST(ConfigE2E, FailedSaveStillNotifiesAndTheNextStartLoadsTheOldFile) {
     module.host.open();
     EXPECT_EQ(Payloads(module.host, VORNA_TYPE_CONFIG), std::vector<std::string>{Flattened(started)});
     EXPECT_EQ(ReadFile(kConfigFile), started);
+}
+
+namespace {
+
+// File access as an unprivileged user has it, when `wanted`, so that a file
+// without read permission stays unreadable even when the tests run as root.
+struct UnprivilegedFileAccess {
+    explicit UnprivilegedFileAccess(bool wanted) : active(wanted && geteuid() == 0) {
+        if (active) setfsuid(65534);
+    }
+    ~UnprivilegedFileAccess() {
+        if (active) setfsuid(0);
+    }
+    const bool active;
+};
+
+}  // namespace
+
+// A configuration file that does not load is kept as "VORNA.xml.bad" (an
+// older one replaced) and reported; the start then goes on with an empty
+// table. A good file, or a good one beside a side file that does not parse,
+// starts as always.
+TEST(ConfigE2E, AFileThatDoesNotLoadIsKeptAsideAndReported) {
+    const std::string good = kTwoCameras + "</PTZ></Tarn>";
+    std::string missingBracket = good;
+    missingBracket.erase(missingBracket.find("/></Device>") + 1, 1);
+    struct Row {
+        const char* name;
+        std::string file;
+        std::string sideFile;  // empty: none
+        mode_t mode;
+        std::string loadError;  // empty: the file loads
+    };
+    const std::vector<Row> rows = {
+        {"good", good, "", 0644, ""},
+        {"side file that does not parse", good, "<Tarn", 0644, ""},
+        {"truncated", kTwoCameras, "", 0644, "Error reading Element value."},
+        {"bad byte", missingBracket, "", 0644, "Error: empty tag. (row 1, column 372)"},
+        {"unreadable", good, "", 0, "Failed to open file"},
+    };
+    for (const Row& row : rows) {
+        ScopedWorkDir dir;
+        chmod(dir.path.c_str(), 0777);
+        std::ofstream(kConfigFile, std::ios::binary) << row.file;
+        chmod(kConfigFile, row.mode);
+        std::ofstream("VORNA.xml.bad") << "older";
+        if (!row.sideFile.empty()) std::ofstream("VORNA.xml.pending") << row.sideFile;
+        ModuleHost host;
+        host.Load();
+        {
+            UnprivilegedFileAccess unprivileged(row.mode == 0);
+            host.open();
+        }
+        const bool loads = row.loadError.empty();
+        const auto notices = Payloads(host, VORNA_TYPE_CONFIG);
+        ASSERT_EQ(notices.size(), 1u) << row.name;
+        EXPECT_EQ(notices[0].find("<Input") != std::string::npos, loads) << row.name;
+        EXPECT_EQ(Flattened(ReadFile(kConfigFile)), notices[0]) << row.name;
+        EXPECT_EQ(ReadFile("VORNA.xml.bad"), loads ? "older" : row.file) << row.name;
+        EXPECT_EQ(ReadFile("VORNA.xml.pending"), "") << row.name << ": the save at start replaced it";
+        std::vector<std::string> logs;
+        if (!loads)
+            logs.push_back(R"(<log_msg level="75">config file VORNA.xml load error )" + row.loadError +
+                           ", kept as VORNA.xml.bad</log_msg>");
+        EXPECT_EQ(Payloads(host, VORNA_TYPE_LOG), logs) << row.name;
+        host.close();
+        host.unload();
+    }
+}
+
+// A save that fails is reported with its reason, and the notice still follows.
+TEST(ConfigE2E, AFailedSaveIsReportedBeforeTheNotice) {
+    const std::vector<std::tuple<const char*, std::function<void()>, std::string>> rows = {
+        {"side file cannot be created", [] { mkdir("VORNA.xml.pending", 0700); },
+         "config save error create error 21 - Is a directory"},
+        {"file cannot be replaced",
+         [] {
+             unlink(kConfigFile);
+             mkdir(kConfigFile, 0700);
+             std::ofstream("VORNA.xml/inside") << "x";
+         },
+         "config save error Failed to rename .xml.pending to .xml file 21 - Is a directory"},
+    };
+    for (const auto& [name, obstruct, log] : rows) {
+        OpenModule module(kTwoCameras + "</PTZ></Tarn>");
+        obstruct();
+        module.host.ClearSent();
+        module.host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, kTourOn);
+        const auto sent = module.host.Sent();
+        ASSERT_EQ(sent.size(), 2u) << name;
+        EXPECT_EQ(sent[0].payload, R"(<log_msg level="75">)" + log + "</log_msg>") << name;
+        EXPECT_EQ(sent[1].record.type, VORNA_TYPE_CONFIG) << name;
+    }
+}
+
+// A file reached through symbolic links is replaced where it lies, the links
+// stay links, and the new file keeps the old one's permission bits.
+TEST(ConfigE2E, SavingThroughLinksKeepsTheLinksAndThePermissions) {
+    ScopedWorkDir dir;
+    mkdir("site", 0700);
+    std::ofstream("site/real.xml") << kTwoCameras + "</PTZ></Tarn>";
+    chmod("site/real.xml", 0640);
+    ASSERT_EQ(symlink("real.xml", "site/current"), 0);
+    ASSERT_EQ(symlink("site/current", kConfigFile), 0);
+    ModuleHost host;
+    host.Load();
+    host.open();
+    const auto notices = Payloads(host, VORNA_TYPE_CONFIG);
+    ASSERT_EQ(notices.size(), 1u);
+    EXPECT_NE(notices[0].find(R"(Name="Door")"), std::string::npos);
+    EXPECT_EQ(Flattened(ReadFile("site/real.xml")), notices[0]);
+    struct stat info;
+    ASSERT_EQ(lstat(kConfigFile, &info), 0);
+    EXPECT_TRUE(S_ISLNK(info.st_mode));
+    ASSERT_EQ(lstat("site/current", &info), 0);
+    EXPECT_TRUE(S_ISLNK(info.st_mode));
+    ASSERT_EQ(stat("site/real.xml", &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0640u);
+    EXPECT_EQ(ReadFile("site/real.xml.pending") + ReadFile("VORNA.xml.pending"), "");
+    host.close();
+    host.unload();
 }
