@@ -8,15 +8,11 @@
 
 #include "host/host_sender.h"
 #include "vorna/host_abi.h"
+#include "vorna/ptz.h"
 
 namespace vorna {
 
 namespace {
-
-// The `ID` of the host's serial-port section.
-constexpr int kSerialSectionId = 0xD0000;
-// The only `Use` that makes a port drive PTZ cameras.
-constexpr int kUsePtz = 2;
 
 std::string ReadText(const TiXmlElement& element, const char* name) {
     const char* value = element.Attribute(name);
@@ -51,13 +47,13 @@ bool BindToPort(PtzController& controller, PtzCamera& camera, bool fromFile) {
     auto line = controller.serialLines.find(camera.serialPort);
     if (line == controller.serialLines.end()) {
         if (fromFile) return true;
-        LogToHost(kLogMissing, Format("ptz camera serial port %s not found", camera.serialPort.c_str()));
+        LogToHost(VORNA_LOG_MISSING, Format("ptz camera serial port %s not found", camera.serialPort.c_str()));
         return false;
     }
     CProtocol* protocol = FindProtocol(controller.protocols, line->second.protocolName);
     if (protocol == nullptr) {
         if (fromFile) return true;
-        LogToHost(kLogMissing, Format("ptz camera protocol %s not found", line->second.protocolName.c_str()));
+        LogToHost(VORNA_LOG_MISSING, Format("ptz camera protocol %s not found", line->second.protocolName.c_str()));
         return false;
     }
     BindProtocol(camera, protocol, line->second.stream);
@@ -173,10 +169,10 @@ SerialDevice ReadSerialDevice(const TiXmlElement& element) {
 // that drives PTZ cameras with a known protocol is (re)entered in the
 // serial-line map; an unknown protocol takes the port out of it.
 CProtocol* UpdateSerialLine(PtzController& controller, const SerialDevice& device) {
-    if (device.protocolName.empty() || device.use != kUsePtz) return nullptr;
+    if (device.protocolName.empty() || device.use != VORNA_SERIAL_USE_PTZ) return nullptr;
     CProtocol* protocol = FindProtocol(controller.protocols, device.protocolName);
     if (protocol == nullptr) {
-        LogToHost(kLogMissing, Format("%s ptz protocol not available", device.protocolName.c_str()));
+        LogToHost(VORNA_LOG_MISSING, Format("%s ptz protocol not available", device.protocolName.c_str()));
         controller.serialLines.erase(device.port);
         return nullptr;
     }
@@ -211,7 +207,7 @@ bool ApplySerialSections(PtzController& controller, const TiXmlElement& root) {
     bool applied = false;
     ForEachChild(root, "Serial", [&](const TiXmlElement& serial) {
         int id;
-        if (!ReadInt(serial, "ID", &id) || id != kSerialSectionId) return;
+        if (!ReadInt(serial, "ID", &id) || id != VORNA_SERIAL_ID) return;
         ForEachChild(serial, "Input", [&](const TiXmlElement& input) {
             ForEachChild(input, "Device", [&](const TiXmlElement& element) {
                 const SerialDevice device = ReadSerialDevice(element);
@@ -231,7 +227,7 @@ bool ApplyConfiguration(PtzController& controller, const XmlDocument& document, 
     if (!fromFile) {
         int delta;
         if (!ReadInt(*root, "Delta", &delta)) {
-            LogToHost(kLogUnprocessable, Format("Query delta attribute error %s", document.ModuleErrorDesc().c_str()));
+            LogToHost(VORNA_LOG_UNPROCESSABLE, Format("Query delta attribute error %s", document.ModuleErrorDesc().c_str()));
             return false;
         }
         if (delta == 0) return ApplySerialSections(controller, *root);

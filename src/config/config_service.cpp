@@ -72,7 +72,7 @@ void LoadAndApply(PtzController& controller) {
 bool ParseAndApply(PtzController& controller, const char* text, size_t length) {
     XmlDocument document;
     if (!document.ParseText(text, length)) {
-        LogToHost(kLogUnprocessable, Format("update config parse error %s", document.ModuleErrorDesc().c_str()));
+        LogToHost(VORNA_LOG_UNPROCESSABLE, Format("update config parse error %s", document.ModuleErrorDesc().c_str()));
         return false;
     }
     return ApplyConfiguration(controller, document, false);

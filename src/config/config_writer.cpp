@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "core/command_executor.h"
 #include "vorna/host_abi.h"
+#include "vorna/ptz.h"
 
 namespace vorna {
 
@@ -141,7 +141,7 @@ void BuildConfigDocument(PtzController& controller, TiXmlDocument& document) {
     document.LinkEndChild(root);
     auto* ptz = new TiXmlElement("PTZ");
     ptz->SetAttribute("ID", static_cast<int>(VORNA_MODULE_ID));
-    ptz->SetAttribute("OPCODE_MAX", kOpcodeCount);
+    ptz->SetAttribute("OPCODE_MAX", VORNA_OPCODE_MAX);
     root->LinkEndChild(ptz);
     CameraWriter writer(controller, *ptz);
     for (const auto& camera : controller.cameras) writer.Write(*camera);

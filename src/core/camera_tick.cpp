@@ -33,11 +33,11 @@ bool AnyMotionRunning(const PtzCamera& camera) {
 // Stops every motion still running, in a fixed order; each stop clears its
 // motion field, so a motion is stopped once.
 void StopRunningMotions(PtzCamera& camera) {
-    if (camera.panMotion != 0) ExecuteCommand(camera, kOpStopPan, 0.0);
-    if (camera.tiltMotion != 0) ExecuteCommand(camera, kOpStopTilt, 0.0);
-    if (camera.zoomMotion != 0) ExecuteCommand(camera, kOpStopZoom, 0.0);
-    if (camera.focusMotion != 0) ExecuteCommand(camera, kOpStopFocus, 0.0);
-    if (camera.irisMotion != 0) ExecuteCommand(camera, kOpStopIris, 0.0);
+    if (camera.panMotion != 0) ExecuteCommand(camera, VORNA_OP_STOP_PAN, 0.0);
+    if (camera.tiltMotion != 0) ExecuteCommand(camera, VORNA_OP_STOP_TILT, 0.0);
+    if (camera.zoomMotion != 0) ExecuteCommand(camera, VORNA_OP_STOP_ZOOM, 0.0);
+    if (camera.focusMotion != 0) ExecuteCommand(camera, VORNA_OP_STOP_FOCUS, 0.0);
+    if (camera.irisMotion != 0) ExecuteCommand(camera, VORNA_OP_STOP_IRIS, 0.0);
 }
 
 void DropExpiredAlarms(PtzCamera& camera, int64_t now) {
@@ -82,7 +82,7 @@ void AdvanceTour(PtzCamera& camera, int64_t now) {
     if (camera.tour.empty()) return;
     camera.tourPosition = NextTourPosition(camera);
     camera.tourStepTime = now;
-    ExecuteCommand(camera, kOpGoToPreset, static_cast<double>(camera.tour.at(camera.tourPosition)));
+    ExecuteCommand(camera, VORNA_OP_GO_TO_PRESET, static_cast<double>(camera.tour.at(camera.tourPosition)));
 }
 
 }  // namespace

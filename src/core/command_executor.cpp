@@ -35,78 +35,78 @@ public:
 
     Built Run(int opcode) {
         switch (opcode) {
-            case kOpAutoIris: return Plain(protocol_.AutoIris(a_, n_));
-            case kOpIrisOpen:
+            case VORNA_OP_AUTO_IRIS: return Plain(protocol_.AutoIris(a_, n_));
+            case VORNA_OP_IRIS_OPEN:
                 if (camera_.menuMode) return Plain(protocol_.MenuNavigate(a_, 0, 0, 1));
                 camera_.irisMotion = 1;
                 return Repeatable(protocol_.Iris(a_, 1));
-            case kOpIrisClose:
+            case VORNA_OP_IRIS_CLOSE:
                 camera_.irisMotion = -1;
                 return Repeatable(protocol_.Iris(a_, -1));
-            case kOpFocusNear:
+            case VORNA_OP_FOCUS_NEAR:
                 camera_.focusMotion = 1;
                 return Repeatable(protocol_.Focus(a_, 1));
-            case kOpFocusFar:
+            case VORNA_OP_FOCUS_FAR:
                 camera_.focusMotion = -1;
                 return Repeatable(protocol_.Focus(a_, -1));
-            case kOpAutoFocus: return Plain(protocol_.AutoFocus(a_, n_));
+            case VORNA_OP_AUTO_FOCUS: return Plain(protocol_.AutoFocus(a_, n_));
             // Motion speeds are one more than the stored setting, so that a
             // speed of 0 always means "axis still" and setting 0 still moves.
-            case kOpZoomIn:
+            case VORNA_OP_ZOOM_IN:
                 camera_.zoomMotion = camera_.zoomSpeed + 1;
                 return Repeatable(OrMove(protocol_.Zoom(a_, camera_.zoomMotion)));
-            case kOpZoomOut:
+            case VORNA_OP_ZOOM_OUT:
                 camera_.zoomMotion = ~camera_.zoomSpeed;
                 return Repeatable(OrMove(protocol_.Zoom(a_, camera_.zoomMotion)));
-            case kOpSetZoomSpeed:
+            case VORNA_OP_SET_ZOOM_SPEED:
                 camera_.zoomSpeed = n_;
                 return Plain(protocol_.SetZoomSpeed(a_, n_));
-            case kOpStopZoom: return StopAxis(camera_.zoomMotion, 0, 0, 1, [this] { return protocol_.Zoom(a_, 0); });
-            case kOpStopPan: return StopAxis(camera_.panMotion, 1, 0, 0, [this] { return protocol_.Pan(a_, 0); });
-            case kOpStopTilt: return StopAxis(camera_.tiltMotion, 0, 1, 0, [this] { return protocol_.Tilt(a_, 0); });
-            case kOpPanLeft:
+            case VORNA_OP_STOP_ZOOM: return StopAxis(camera_.zoomMotion, 0, 0, 1, [this] { return protocol_.Zoom(a_, 0); });
+            case VORNA_OP_STOP_PAN: return StopAxis(camera_.panMotion, 1, 0, 0, [this] { return protocol_.Pan(a_, 0); });
+            case VORNA_OP_STOP_TILT: return StopAxis(camera_.tiltMotion, 0, 1, 0, [this] { return protocol_.Tilt(a_, 0); });
+            case VORNA_OP_PAN_LEFT:
                 if (camera_.menuMode) return Plain(protocol_.MenuNavigate(a_, 0, -1, 0));
                 camera_.panMotion = ~camera_.panSpeed;
                 return Repeatable(OrMove(protocol_.Pan(a_, camera_.panMotion)));
-            case kOpPanRight:
+            case VORNA_OP_PAN_RIGHT:
                 if (camera_.menuMode) return Plain(protocol_.MenuNavigate(a_, 0, 1, 0));
                 camera_.panMotion = camera_.panSpeed + 1;
                 return Repeatable(OrMove(protocol_.Pan(a_, camera_.panMotion)));
-            case kOpSetPanSpeed:
+            case VORNA_OP_SET_PAN_SPEED:
                 camera_.panSpeed = n_;
                 return Plain({});
-            case kOpSetTiltSpeed:
+            case VORNA_OP_SET_TILT_SPEED:
                 camera_.tiltSpeed = n_;
                 return Plain({});
-            case kOpTiltDown:
+            case VORNA_OP_TILT_DOWN:
                 if (camera_.menuMode) return Plain(protocol_.MenuNavigate(a_, -1, 0, 0));
                 camera_.tiltMotion = ~camera_.tiltSpeed;
                 return Repeatable(OrMove(protocol_.Tilt(a_, camera_.tiltMotion)));
-            case kOpTiltUp:
+            case VORNA_OP_TILT_UP:
                 if (camera_.menuMode) return Plain(protocol_.MenuNavigate(a_, 1, 0, 0));
                 camera_.tiltMotion = camera_.tiltSpeed + 1;
                 return Repeatable(OrMove(protocol_.Tilt(a_, camera_.tiltMotion)));
-            case kOpSetPreset: return Plain(protocol_.Preset(a_, n_, kPresetSet));
-            case kOpClearPreset: return Plain(protocol_.Preset(a_, n_, kPresetClear));
-            case kOpGoToPreset: return Plain(protocol_.Preset(a_, n_, kPresetGoTo));
-            case kOpStopIris: return StopLens(camera_.irisMotion, 0, 1, [this] { return protocol_.Iris(a_, 0); });
-            case kOpStopFocus: return StopLens(camera_.focusMotion, 1, 0, [this] { return protocol_.Focus(a_, 0); });
-            case kOpRawCommand: return Plain(protocol_.RawCommand(a_, static_cast<uint32_t>(n_)));
-            case kOpMenuOn: {
+            case VORNA_OP_SET_PRESET: return Plain(protocol_.Preset(a_, n_, kPresetSet));
+            case VORNA_OP_CLEAR_PRESET: return Plain(protocol_.Preset(a_, n_, kPresetClear));
+            case VORNA_OP_GO_TO_PRESET: return Plain(protocol_.Preset(a_, n_, kPresetGoTo));
+            case VORNA_OP_STOP_IRIS: return StopLens(camera_.irisMotion, 0, 1, [this] { return protocol_.Iris(a_, 0); });
+            case VORNA_OP_STOP_FOCUS: return StopLens(camera_.focusMotion, 1, 0, [this] { return protocol_.Focus(a_, 0); });
+            case VORNA_OP_RAW_COMMAND: return Plain(protocol_.RawCommand(a_, static_cast<uint32_t>(n_)));
+            case VORNA_OP_MENU_ON: {
                 Bytes bytes = protocol_.Menu(a_, 1);
                 if (protocol_.HasMenuMode()) camera_.menuMode = true;
                 return Plain(bytes);
             }
-            case kOpMenuOff:
+            case VORNA_OP_MENU_OFF:
                 camera_.menuMode = false;
                 return Plain(protocol_.Menu(a_, 0));
-            case kOpFlip: return Plain(protocol_.Flip(a_, 0));
-            case kOpApplePeel: return Plain(protocol_.ApplePeel(a_, 0));
-            case kOpRunPattern: return Plain(protocol_.Pattern(a_, n_, kPatternRun));
-            case kOpStartPatternRecording: return Plain(protocol_.Pattern(a_, n_, kPatternStartRecording));
-            case kOpStopPatternRecording: return Plain(protocol_.Pattern(a_, n_, kPatternStopRecording));
-            case kOpPatternAction2: return Plain(protocol_.Pattern(a_, n_, kPatternAction2));
-            case kOpMenuEnter: return Plain(protocol_.MenuEnter(a_, n_));
+            case VORNA_OP_FLIP: return Plain(protocol_.Flip(a_, 0));
+            case VORNA_OP_APPLE_PEEL: return Plain(protocol_.ApplePeel(a_, 0));
+            case VORNA_OP_RUN_PATTERN: return Plain(protocol_.Pattern(a_, n_, kPatternRun));
+            case VORNA_OP_START_PATTERN_RECORDING: return Plain(protocol_.Pattern(a_, n_, kPatternStartRecording));
+            case VORNA_OP_STOP_PATTERN_RECORDING: return Plain(protocol_.Pattern(a_, n_, kPatternStopRecording));
+            case VORNA_OP_PATTERN_ACTION_2: return Plain(protocol_.Pattern(a_, n_, kPatternAction2));
+            case VORNA_OP_MENU_ENTER: return Plain(protocol_.MenuEnter(a_, n_));
             default: {
                 Bytes bytes = protocol_.PassThrough(a_, camera_.repeatBytes);
                 return bytes.empty() ? Plain(bytes) : Repeatable(bytes);
@@ -170,7 +170,7 @@ void ExecuteCommand(PtzCamera& camera, int opcode, double parm) {
     camera.lastCommandTime = NowMs();
     const int n = IntegerPart(parm);
     if (camera.protocol == nullptr) {
-        LogToHost(kLogUnprocessable, Format("ptz port %s address %d missing protocol", camera.serialPort.c_str(),
+        LogToHost(VORNA_LOG_UNPROCESSABLE, Format("ptz port %s address %d missing protocol", camera.serialPort.c_str(),
                              static_cast<int>(camera.address)));
         return;
     }

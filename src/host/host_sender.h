@@ -6,6 +6,7 @@
 #include <string>
 
 #include "vorna/host_abi.h"
+#include "vorna/ptz.h"
 
 namespace vorna {
 
@@ -18,11 +19,6 @@ HostMessage MakeHostMessage(uint64_t type, uint64_t flags, uint64_t stream, cons
 
 // Passes the record to the host callback and returns its result (0 = taken).
 int SendToHost(HostMessage* message);
-
-// Log levels: a configured camera or serial line refers to something that
-// does not exist; a document or command cannot be processed.
-constexpr int kLogMissing = 50;
-constexpr int kLogUnprocessable = 75;
 
 // Sends "<log_msg level="LEVEL">MESSAGE</log_msg>"; level 0 sends nothing.
 // The message is inserted unescaped: the host treats the text as a log line.

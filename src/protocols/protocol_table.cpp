@@ -8,6 +8,7 @@
 #include "protocols/pelco_d.h"
 #include "protocols/pelco_p.h"
 #include "protocols/sensormatic.h"
+#include "vorna/ptz.h"
 
 namespace vorna {
 
@@ -21,18 +22,18 @@ void Register(ProtocolTable& table, const char* name, Args... args) {
 }  // namespace
 
 void FillProtocolTable(ProtocolTable& table) {
-    Register<CPelcoD>(table, "Pelco-D");
-    Register<CPelcoP>(table, "Pelco-P");
-    Register<CPanasonic>(table, "Panasonic");
-    Register<CBosch>(table, "Bosch");
-    Register<CGEASCII>(table, "GE-ASCII");
-    Register<CGEImpac>(table, "GE-Impac");
-    Register<CSensormatic>(table, "AD-RS422");
-    Register<CHSDPelcoD>(table, "HSD-Pelco-D");
-    Register<CAdM3200>(table, "AD-M3200", false);
-    Register<CAdM3200>(table, "AD-M3200 Multi", true);
-    Register<CAdMp48>(table, "AD-MP48", false);
-    Register<CAdMp48>(table, "AD-MP48 Multi", true);
+    Register<CPelcoD>(table, VORNA_PROTOCOL_PELCO_D);
+    Register<CPelcoP>(table, VORNA_PROTOCOL_PELCO_P);
+    Register<CPanasonic>(table, VORNA_PROTOCOL_PANASONIC);
+    Register<CBosch>(table, VORNA_PROTOCOL_BOSCH);
+    Register<CGEASCII>(table, VORNA_PROTOCOL_GE_ASCII);
+    Register<CGEImpac>(table, VORNA_PROTOCOL_GE_IMPAC);
+    Register<CSensormatic>(table, VORNA_PROTOCOL_AD_RS422);
+    Register<CHSDPelcoD>(table, VORNA_PROTOCOL_HSD_PELCO_D);
+    Register<CAdM3200>(table, VORNA_PROTOCOL_AD_M3200, false);
+    Register<CAdM3200>(table, VORNA_PROTOCOL_AD_M3200_MULTI, true);
+    Register<CAdMp48>(table, VORNA_PROTOCOL_AD_MP48, false);
+    Register<CAdMp48>(table, VORNA_PROTOCOL_AD_MP48_MULTI, true);
 }
 
 CProtocol* FindProtocol(const ProtocolTable& table, const std::string& name) {

@@ -3,6 +3,7 @@
 #include <initializer_list>
 
 #include "protocols/axis_speed.h"
+#include "vorna/ptz.h"
 
 namespace vorna {
 
@@ -50,7 +51,6 @@ constexpr uint8_t kPatternAction2Command = 0xA3;
 constexpr uint32_t kRunPatternBase = 0xAF;
 constexpr uint8_t kUnknownPatternAction = 0x00;
 
-constexpr int kGoToPresetOpcode = 60;
 constexpr int kGoToPresetBurst = 3;
 
 // Writes each field as one byte (its low 8 bits) and appends the checksum
@@ -106,7 +106,7 @@ int CSensormatic::GetMinAddress() const { return 1; }
 int CSensormatic::GetMaxAddress() const { return 99; }
 bool CSensormatic::ShouldRepeat(int64_t, int64_t) const { return false; }
 
-int CSensormatic::GetRepeatCount(int opcode) const { return opcode == kGoToPresetOpcode ? kGoToPresetBurst : 0; }
+int CSensormatic::GetRepeatCount(int opcode) const { return opcode == VORNA_OP_GO_TO_PRESET ? kGoToPresetBurst : 0; }
 
 int CSensormatic::GetMenuType() const { return 3; }
 int CSensormatic::GetPatternType() const { return 0x80003; }

@@ -61,8 +61,8 @@ TEST(CameraTick, OperatorActivityHoldsTheTourThenMotionsStop) {
     Fixture f;
     f.camera.tourEnabled = true;
     f.camera.tour = {{1, 11}};
-    f.Operator(kOpPanRight);
-    f.Operator(kOpZoomIn);
+    f.Operator(VORNA_OP_PAN_RIGHT);
+    f.Operator(VORNA_OP_ZOOM_IN);
     f.Run(61000);
     EXPECT_EQ(f.Sent(), (Lines{"0 Pan(1,32)", "0 Zoom(1,2)", "60000 StopAxes(1,32,0,0,0,0)",
                                "60000 StopAxes(1,0,0,2,0,0)", "60000 Preset(1,11,1)"}));
@@ -71,9 +71,9 @@ TEST(CameraTick, OperatorActivityHoldsTheTourThenMotionsStop) {
 TEST(CameraTick, RepeatingProtocolResendsKeptBytesWhileToursAreOff) {
     Fixture f;
     f.protocol.repeat = true;
-    f.Operator(kOpPanLeft);
+    f.Operator(VORNA_OP_PAN_LEFT);
     f.Run(800);
-    f.Operator(kOpGoToPreset);  // plain: nothing kept any more
+    f.Operator(VORNA_OP_GO_TO_PRESET);  // plain: nothing kept any more
     f.Run(1500);
     EXPECT_EQ(f.Sent(), (Lines{"0 Pan(1,-32)", "250 Pan(1,-32)", "500 Pan(1,-32)", "750 Pan(1,-32)",
                                "801 Preset(1,0,1)"}));
@@ -81,8 +81,8 @@ TEST(CameraTick, RepeatingProtocolResendsKeptBytesWhileToursAreOff) {
 
 TEST(CameraTick, AlarmEntryEndingNowIsSentThisStepAndDroppedTheNext) {
     Fixture f;
-    StartAlarmCommand(f.camera, 1, kOpGoToPreset, 4.0);
-    EndAlarmCommand(f.camera, 1, kOpGoToPreset, f.start + 250, 4.0);
+    StartAlarmCommand(f.camera, 1, VORNA_OP_GO_TO_PRESET, 4.0);
+    EndAlarmCommand(f.camera, 1, VORNA_OP_GO_TO_PRESET, f.start + 250, 4.0);
     f.Run(600);
     EXPECT_EQ(f.Sent(), (Lines{"0 Preset(1,4,1)", "250 Preset(1,4,1)"}));
     EXPECT_TRUE(f.camera.commandQueue.empty());
@@ -90,10 +90,10 @@ TEST(CameraTick, AlarmEntryEndingNowIsSentThisStepAndDroppedTheNext) {
 
 TEST(CameraTick, OnlyTheNewestAlarmIsSentUntilItEnds) {
     Fixture f;
-    StartAlarmCommand(f.camera, 1, kOpGoToPreset, 4.0);
-    StartAlarmCommand(f.camera, 2, kOpGoToPreset, 8.0);
+    StartAlarmCommand(f.camera, 1, VORNA_OP_GO_TO_PRESET, 4.0);
+    StartAlarmCommand(f.camera, 2, VORNA_OP_GO_TO_PRESET, 8.0);
     f.Run(300);
-    EndAlarmCommand(f.camera, 2, kOpGoToPreset, f.clock.now, 8.0);
+    EndAlarmCommand(f.camera, 2, VORNA_OP_GO_TO_PRESET, f.clock.now, 8.0);
     f.Run(800);
     EXPECT_EQ(f.Sent(), (Lines{"0 Preset(1,8,1)", "250 Preset(1,8,1)", "500 Preset(1,4,1)", "750 Preset(1,4,1)"}));
 }
@@ -102,7 +102,7 @@ TEST(CameraTick, CountedAlarmsGoOutInBurstsDwellApart) {
     Fixture f;
     f.protocol.presetRepeatCount = 3;
     f.camera.tourDwell = 2;
-    StartAlarmCommand(f.camera, 1, kOpGoToPreset, 4.0);
+    StartAlarmCommand(f.camera, 1, VORNA_OP_GO_TO_PRESET, 4.0);
     f.Run(5000);
     // Three sends; the step at which the dwell has passed since the last send
     // only resets the count, and the next step starts the new burst.
@@ -115,7 +115,7 @@ TEST(CameraTick, QueuedAlarmsHoldTheTour) {
     f.camera.tourEnabled = true;
     f.camera.tour = {{1, 11}};
     f.protocol.presetRepeatCount = 1;
-    StartAlarmCommand(f.camera, 1, kOpGoToPreset, 4.0);
+    StartAlarmCommand(f.camera, 1, VORNA_OP_GO_TO_PRESET, 4.0);
     f.Run(20000);
     EXPECT_EQ(f.Sent(), (Lines{"0 Preset(1,4,1)", "10001 Preset(1,4,1)"}));
 }
@@ -123,8 +123,8 @@ TEST(CameraTick, QueuedAlarmsHoldTheTour) {
 TEST(CameraTick, CameraWithoutProtocolKeepsItsQueueAndDoesNotSpin) {
     Fixture f;
     f.camera.protocol = nullptr;
-    StartAlarmCommand(f.camera, 1, kOpGoToPreset, 4.0);
-    EndAlarmCommand(f.camera, 1, kOpGoToPreset, f.start - 5000, 4.0);
+    StartAlarmCommand(f.camera, 1, VORNA_OP_GO_TO_PRESET, 4.0);
+    EndAlarmCommand(f.camera, 1, VORNA_OP_GO_TO_PRESET, f.start - 5000, 4.0);
     EXPECT_EQ(TimeUntilDue(f.camera, f.clock.now), kMaxWorkerWait);
     CameraTick(f.camera, f.clock.now);
     EXPECT_EQ(f.camera.commandQueue.size(), 1u);

@@ -136,10 +136,10 @@ TEST(ExecuteCommand, UnknownOpcodesResendTheKeptBytesThroughPassThrough) {
 
 TEST(ExecuteCommand, SpeedSettingsApplyToTheNextMotion) {
     Fixture f;
-    ExecuteCommand(f.camera, kOpSetPanSpeed, 10.0);
-    ExecuteCommand(f.camera, kOpPanRight, 0.0);
-    ExecuteCommand(f.camera, kOpSetTiltSpeed, 0.0);
-    ExecuteCommand(f.camera, kOpTiltDown, 0.0);
+    ExecuteCommand(f.camera, VORNA_OP_SET_PAN_SPEED, 10.0);
+    ExecuteCommand(f.camera, VORNA_OP_PAN_RIGHT, 0.0);
+    ExecuteCommand(f.camera, VORNA_OP_SET_TILT_SPEED, 0.0);
+    ExecuteCommand(f.camera, VORNA_OP_TILT_DOWN, 0.0);
     EXPECT_EQ(f.host.SerialPayloads(), (std::vector<std::string>{"Pan(1,11)", "Tilt(1,-1)"}));
 }
 
@@ -147,18 +147,18 @@ TEST(ExecuteCommand, MenuModeOnlyWithAProtocolThatNavigates) {
     for (bool navigates : {false, true}) {
         Fixture f;
         f.protocol.menuMode = navigates;
-        ExecuteCommand(f.camera, kOpMenuOn, 0.0);
-        ExecuteCommand(f.camera, kOpPanLeft, 0.0);
+        ExecuteCommand(f.camera, VORNA_OP_MENU_ON, 0.0);
+        ExecuteCommand(f.camera, VORNA_OP_PAN_LEFT, 0.0);
         EXPECT_EQ(f.host.SerialPayloads(),
                   (std::vector<std::string>{"Menu(1,1)", navigates ? "MenuNavigate(1,0,-1,0)" : "Pan(1,-32)"}));
-        ExecuteCommand(f.camera, kOpMenuOff, 0.0);
+        ExecuteCommand(f.camera, VORNA_OP_MENU_OFF, 0.0);
         EXPECT_FALSE(f.camera.menuMode);
     }
 }
 
 TEST(ExecuteCommand, SendsSerialRecordsToTheCameraStream) {
     Fixture f;
-    ExecuteCommand(f.camera, kOpGoToPreset, 1.0);
+    ExecuteCommand(f.camera, VORNA_OP_GO_TO_PRESET, 1.0);
     ASSERT_EQ(f.host.sent.size(), 1u);
     const HostMessage& record = f.host.sent[0].record;
     EXPECT_EQ(record.type, 0x10u);
@@ -170,7 +170,7 @@ TEST(ExecuteCommand, SendsSerialRecordsToTheCameraStream) {
 TEST(ExecuteCommand, UnknownLineSendsNothingButKeepsState) {
     Fixture f;
     f.camera.stream = 0;
-    ExecuteCommand(f.camera, kOpPanRight, 0.0);
+    ExecuteCommand(f.camera, VORNA_OP_PAN_RIGHT, 0.0);
     EXPECT_TRUE(f.host.sent.empty());
     EXPECT_EQ(f.camera.panMotion, 32);
     EXPECT_EQ(f.camera.lastCommandTime, f.clock.now);
@@ -181,7 +181,7 @@ TEST(ExecuteCommand, MissingProtocolIsLogged) {
     f.camera.protocol = nullptr;
     f.camera.serialPort = "COM3";
     f.camera.address = 12;
-    ExecuteCommand(f.camera, kOpPanRight, 0.0);
+    ExecuteCommand(f.camera, VORNA_OP_PAN_RIGHT, 0.0);
     ASSERT_EQ(f.host.sent.size(), 1u);
     EXPECT_EQ(f.host.sent[0].payload, "<log_msg level=\"75\">ptz port COM3 address 12 missing protocol</log_msg>");
     EXPECT_EQ(f.camera.panMotion, 0);
@@ -205,22 +205,22 @@ TEST(ExecuteCommand, RealProtocolsOnTheWire) {
     };
     const std::vector<Row> rows = {
         {"Pelco-D falls back to the combined move", [] { return std::make_unique<CPelcoD>(); }, true,
-         {{kOpPanLeft, 0, "FF 01 00 04 1F 00 24"}, {kOpTiltUp, 0, "FF 01 00 0C 1F 1F 4B"},
-          {kOpStopPan, 0, "FF 01 00 08 00 1F 28"}, {kOpStopTilt, 0, "FF 01 00 00 00 00 01"},
-          {kOpGoToPreset, 5.7, "FF 01 00 07 00 05 0D"}},
+         {{VORNA_OP_PAN_LEFT, 0, "FF 01 00 04 1F 00 24"}, {VORNA_OP_TILT_UP, 0, "FF 01 00 0C 1F 1F 4B"},
+          {VORNA_OP_STOP_PAN, 0, "FF 01 00 08 00 1F 28"}, {VORNA_OP_STOP_TILT, 0, "FF 01 00 00 00 00 01"},
+          {VORNA_OP_GO_TO_PRESET, 5.7, "FF 01 00 07 00 05 0D"}},
          ""},
         {"Panasonic keeps its frames", [] { return std::make_unique<CPanasonic>(); }, false,
-         {{kOpPanLeft, 0, "\x02" "AD01;GC7:9028870\x03"}},
+         {{VORNA_OP_PAN_LEFT, 0, "\x02" "AD01;GC7:9028870\x03"}},
          "\x02" "AD01;GC7:9028870\x03"},
         {"Panasonic menu navigation", [] { return std::make_unique<CPanasonic>(); }, false,
-         {{kOpMenuOn, 0, "\x02" "AD01;GC7:0021940\x03"}, {kOpPanLeft, 0, "\x02" "AD01;GC7:0021945\x03"},
-          {kOpTiltUp, 0, "\x02" "AD01;GC7:0021942\x03"}, {kOpIrisOpen, 0, "\x02" "AD01;GC7:002194A\x03"},
-          {kOpMenuOff, 0, "\x02" "AD01;GC7:0021941\x03"}, {kOpPanRight, 0, "\x02" "AD01;GC7:9028C70\x03"}},
+         {{VORNA_OP_MENU_ON, 0, "\x02" "AD01;GC7:0021940\x03"}, {VORNA_OP_PAN_LEFT, 0, "\x02" "AD01;GC7:0021945\x03"},
+          {VORNA_OP_TILT_UP, 0, "\x02" "AD01;GC7:0021942\x03"}, {VORNA_OP_IRIS_OPEN, 0, "\x02" "AD01;GC7:002194A\x03"},
+          {VORNA_OP_MENU_OFF, 0, "\x02" "AD01;GC7:0021941\x03"}, {VORNA_OP_PAN_RIGHT, 0, "\x02" "AD01;GC7:9028C70\x03"}},
          "\x02" "AD01;GC7:9028C70\x03"},
         {"AD-MP48 pans and stops through Pan", [] { return std::make_unique<CAdMp48>(false); }, false,
-         {{kOpPanRight, 0, "6Ma1#a4Ra"}, {kOpStopPan, 0, "6Ma1#a0Ra"}}, ""},
+         {{VORNA_OP_PAN_RIGHT, 0, "6Ma1#a4Ra"}, {VORNA_OP_STOP_PAN, 0, "6Ma1#a0Ra"}}, ""},
         {"AD-M3200 pans through Move and keeps it", [] { return std::make_unique<CAdM3200>(false); }, false,
-         {{kOpPanRight, 0, "6Ma1#a4Ra"}}, "6Ma1#a4Ra"},
+         {{VORNA_OP_PAN_RIGHT, 0, "6Ma1#a4Ra"}}, "6Ma1#a4Ra"},
     };
     for (const Row& row : rows) {
         vorna_test::FakeClock clock;

@@ -86,12 +86,12 @@ TimedChange Operator(int64_t at, int index, int opcode, double parm = 0.0) {
 }
 
 TimedChange AlarmStart(int64_t at, int index, uint32_t action, double preset) {
-    return {at, [=](PtzController& c) { StartAlarmCommand(Camera(c, index), action, kOpGoToPreset, preset); }};
+    return {at, [=](PtzController& c) { StartAlarmCommand(Camera(c, index), action, VORNA_OP_GO_TO_PRESET, preset); }};
 }
 
 TimedChange AlarmEnd(int64_t at, int index, uint32_t action, double preset, int64_t endsAfter) {
     return {at, [=](PtzController& c) {
-                EndAlarmCommand(Camera(c, index), action, kOpGoToPreset, NowMs() + endsAfter, preset);
+                EndAlarmCommand(Camera(c, index), action, VORNA_OP_GO_TO_PRESET, NowMs() + endsAfter, preset);
             }};
 }
 
@@ -136,15 +136,15 @@ TEST(TimeUntilDue, SleepingWorkerMatchesContinuousStepping) {
          [&](PtzController& c, FakeProtocol& p, FakeProtocol&) { touring(AddCamera(c, 1, p)); }, {}, 45000},
         {"pan, idle return, tour",
          [&](PtzController& c, FakeProtocol& p, FakeProtocol&) { touring(AddCamera(c, 1, p)); },
-         {Operator(1000, 0, kOpPanRight), Operator(1500, 0, kOpZoomIn), Operator(9000, 0, kOpTiltUp)}, 40000},
+         {Operator(1000, 0, VORNA_OP_PAN_RIGHT), Operator(1500, 0, VORNA_OP_ZOOM_IN), Operator(9000, 0, VORNA_OP_TILT_UP)}, 40000},
         {"repeating protocol, then a plain command",
          [](PtzController& c, FakeProtocol& p, FakeProtocol&) { p.repeat = true; AddCamera(c, 1, p); },
-         {Operator(500, 0, kOpPanLeft), Operator(2300, 0, kOpGoToPreset, 3), Operator(4000, 0, kOpZoomIn),
-          Operator(4100, 0, kOpStopZoom)},
+         {Operator(500, 0, VORNA_OP_PAN_LEFT), Operator(2300, 0, VORNA_OP_GO_TO_PRESET, 3), Operator(4000, 0, VORNA_OP_ZOOM_IN),
+          Operator(4100, 0, VORNA_OP_STOP_ZOOM)},
          6000},
         {"repeating protocol with tours on",
          [&](PtzController& c, FakeProtocol& p, FakeProtocol&) { p.repeat = true; p.interval = 67; touring(AddCamera(c, 1, p)); },
-         {Operator(700, 0, kOpPanLeft), Operator(3000, 0, kOpTiltDown)}, 20000},
+         {Operator(700, 0, VORNA_OP_PAN_LEFT), Operator(3000, 0, VORNA_OP_TILT_DOWN)}, 20000},
         {"alarm bursts of three",
          [](PtzController& c, FakeProtocol& p, FakeProtocol&) { p.presetRepeatCount = 3; AddCamera(c, 1, p).tourDwell = 2; },
          {AlarmStart(100, 0, 1, 4), AlarmEnd(7000, 0, 1, 4, 500)}, 12000},
@@ -158,7 +158,7 @@ TEST(TimeUntilDue, SleepingWorkerMatchesContinuousStepping) {
         {"camera re-bound mid-tour",
          [&](PtzController& c, FakeProtocol& p, FakeProtocol& q) { q.interval = 67; q.repeat = true; touring(AddCamera(c, 1, p)); },
          {{15000, [](PtzController& c) { Camera(c, 0).protocol = c.protocols["second"].get(); }},
-          Operator(21000, 0, kOpPanRight)},
+          Operator(21000, 0, VORNA_OP_PAN_RIGHT)},
          40000},
         {"two cameras on different protocols",
          [&](PtzController& c, FakeProtocol& p, FakeProtocol& q) {
@@ -167,7 +167,7 @@ TEST(TimeUntilDue, SleepingWorkerMatchesContinuousStepping) {
              touring(AddCamera(c, 1, p));
              AddCamera(c, 2, q);
          },
-         {Operator(800, 1, kOpPanRight), AlarmStart(2000, 0, 3, 9), AlarmEnd(2600, 0, 3, 9, 0), Operator(5000, 1, kOpMenuOn)},
+         {Operator(800, 1, VORNA_OP_PAN_RIGHT), AlarmStart(2000, 0, 3, 9), AlarmEnd(2600, 0, 3, 9, 0), Operator(5000, 1, VORNA_OP_MENU_ON)},
          30000},
     };
     for (const Scenario& scenario : scenarios) {

@@ -37,9 +37,9 @@ struct Capabilities {
 };
 
 inline std::string RepeatCountsOf(const vorna::CProtocol& protocol) {
-    constexpr int kOpcodeCount = 74;
+    constexpr int VORNA_OPCODE_MAX = 74;
     std::string counts;
-    for (int opcode = 0; opcode < kOpcodeCount; ++opcode) {
+    for (int opcode = 0; opcode < VORNA_OPCODE_MAX; ++opcode) {
         const int count = protocol.GetRepeatCount(opcode);
         if (count != 0) counts += (counts.empty() ? "" : " ") + std::to_string(opcode) + ':' + std::to_string(count);
     }

@@ -7,14 +7,11 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "vorna/ptz.h"
+
 namespace vorna_host {
 
 namespace {
-
-constexpr int kStopPan = 32;
-constexpr int kStopTilt = 54;
-constexpr int kStopZoom = 31;
-constexpr int kRawCommand = 64;
 
 // A verb, optionally followed by one fixed word and a number, that becomes
 // one opcode (the number is its parameter).
@@ -26,14 +23,29 @@ struct OpcodeVerb {
 };
 
 const OpcodeVerb kOpcodeVerbs[] = {
-    {"left", nullptr, 33, false},    {"right", nullptr, 34, false},   {"up", nullptr, 53, false},
-    {"down", nullptr, 52, false},    {"zoom", "in", 17, false},       {"zoom", "out", 18, false},
-    {"iris", "open", 10, false},     {"iris", "close", 11, false},    {"iris", "stop", 62, false},
-    {"focus", "near", 12, false},    {"focus", "far", 13, false},     {"focus", "stop", 63, false},
-    {"preset", "set", 58, true},     {"preset", "goto", 60, true},    {"preset", "clear", 59, true},
-    {"pattern", "run", 69, true},    {"pattern", "record", 70, true}, {"pattern", "stop", 71, true},
-    {"menu", "on", 65, false},       {"menu", "off", 66, false},      {"speed", "pan", 39, true},
-    {"speed", "tilt", 46, true},     {"speed", "zoom", 30, true},
+    {"left", nullptr, VORNA_OP_PAN_LEFT, false},
+    {"right", nullptr, VORNA_OP_PAN_RIGHT, false},
+    {"up", nullptr, VORNA_OP_TILT_UP, false},
+    {"down", nullptr, VORNA_OP_TILT_DOWN, false},
+    {"zoom", "in", VORNA_OP_ZOOM_IN, false},
+    {"zoom", "out", VORNA_OP_ZOOM_OUT, false},
+    {"iris", "open", VORNA_OP_IRIS_OPEN, false},
+    {"iris", "close", VORNA_OP_IRIS_CLOSE, false},
+    {"iris", "stop", VORNA_OP_STOP_IRIS, false},
+    {"focus", "near", VORNA_OP_FOCUS_NEAR, false},
+    {"focus", "far", VORNA_OP_FOCUS_FAR, false},
+    {"focus", "stop", VORNA_OP_STOP_FOCUS, false},
+    {"preset", "set", VORNA_OP_SET_PRESET, true},
+    {"preset", "goto", VORNA_OP_GO_TO_PRESET, true},
+    {"preset", "clear", VORNA_OP_CLEAR_PRESET, true},
+    {"pattern", "run", VORNA_OP_RUN_PATTERN, true},
+    {"pattern", "record", VORNA_OP_START_PATTERN_RECORDING, true},
+    {"pattern", "stop", VORNA_OP_STOP_PATTERN_RECORDING, true},
+    {"menu", "on", VORNA_OP_MENU_ON, false},
+    {"menu", "off", VORNA_OP_MENU_OFF, false},
+    {"speed", "pan", VORNA_OP_SET_PAN_SPEED, true},
+    {"speed", "tilt", VORNA_OP_SET_TILT_SPEED, true},
+    {"speed", "zoom", VORNA_OP_SET_ZOOM_SPEED, true},
 };
 
 // The host's own commands and those with their own argument shapes.
@@ -137,12 +149,12 @@ bool ParseOtherCommand(const std::vector<std::string>& words, const std::string&
     }
     if (verb == "stop") {
         command.kind = CommandKind::kEvent;
-        command.calls = {{kStopPan, 0}, {kStopTilt, 0}, {kStopZoom, 0}};
+        command.calls = {{VORNA_OP_STOP_PAN, 0}, {VORNA_OP_STOP_TILT, 0}, {VORNA_OP_STOP_ZOOM, 0}};
         return count == 1;
     }
     if (verb == "raw") {
         command.kind = CommandKind::kEvent;
-        command.calls = {{kRawCommand, 0}};
+        command.calls = {{VORNA_OP_RAW_COMMAND, 0}};
         return count == 2 && ParseRawValue(words[1], command.calls[0].parm);
     }
     if (verb == "op") {
@@ -217,8 +229,10 @@ std::string CommandHelp() {
     }
     for (const char* usage : kOtherUsages) help += "  " + std::string(usage) + "\n";
     help +=
-        "'stop' stops pan, tilt and zoom. Other opcodes through 'op': 9 auto iris,\n"
-        "14 auto focus, 67 flip, 68 apple peel, 72 pattern action 2, 73 menu enter.\n"
+        "'stop' stops pan, tilt and zoom. Other opcodes through 'op': " + std::to_string(VORNA_OP_AUTO_IRIS) +
+        " auto iris,\n" + std::to_string(VORNA_OP_AUTO_FOCUS) + " auto focus, " + std::to_string(VORNA_OP_FLIP) +
+        " flip, " + std::to_string(VORNA_OP_APPLE_PEEL) + " apple peel, " + std::to_string(VORNA_OP_PATTERN_ACTION_2) +
+        " pattern action 2, " + std::to_string(VORNA_OP_MENU_ENTER) + " menu enter.\n"
         "File paths are taken relative to the directory vorna-host was started in.\n";
     return help;
 }

@@ -4,14 +4,12 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "vorna/host_abi.h"
+#include "vorna/ptz.h"
+
 namespace vorna_host {
 
 namespace {
-
-constexpr const char* kModuleId = "1048576";
-constexpr const char* kSerialSectionId = "851968";
-// Use 2 marks a port that drives PTZ cameras.
-constexpr const char* kPtzUse = "2";
 
 std::string EscapeAttribute(const std::string& value) {
     std::string escaped;
@@ -39,7 +37,7 @@ std::string CommandInput(const CameraKey& camera, const OpcodeCall& call) {
 }
 
 std::string CameraEvent(const CameraKey& camera, const std::string& inputs) {
-    return std::string("<Tarn><PTZ ID=\"") + kModuleId + "\"><Devices" + Attribute("ID", camera.devicesId) +
+    return "<Tarn><PTZ" + Attribute("ID", VORNA_MODULE_ID) + "><Devices" + Attribute("ID", camera.devicesId) +
            "><Device" + Attribute("Number", camera.deviceNumber) + "><Video>" + inputs +
            "</Video></Device></Devices></PTZ></Tarn>";
 }
@@ -77,9 +75,9 @@ std::string SerialPortDocument(const std::vector<LineBinding>& lines) {
     std::string devices;
     for (const LineBinding& line : lines) {
         devices += "<Device" + Attribute("Port", line.port) + Attribute("Protocol", line.protocol) +
-                   Attribute("Use", kPtzUse) + Attribute("StreamID", static_cast<long long>(line.stream)) + " />";
+                   Attribute("Use", VORNA_SERIAL_USE_PTZ) + Attribute("StreamID", static_cast<long long>(line.stream)) + " />";
     }
-    return std::string("<Tarn Delta=\"0\"><Serial ID=\"") + kSerialSectionId + "\"><Input>" + devices +
+    return "<Tarn Delta=\"0\"><Serial" + Attribute("ID", VORNA_SERIAL_ID) + "><Input>" + devices +
            "</Input></Serial></Tarn>";
 }
 

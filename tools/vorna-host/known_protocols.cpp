@@ -1,14 +1,18 @@
 #include "known_protocols.h"
 
+#include "vorna/ptz.h"
+
 namespace vorna_host {
 
 namespace {
 
 const KnownProtocol kProtocols[] = {
-    {"Pelco-D", false},   {"HSD-Pelco-D", false},    {"Pelco-P", false},       {"Panasonic", true},
-    {"AD-RS422", false},  {"Bosch", false},          {"GE-ASCII", true},       {"GE-Impac", false},
-    {"AD-M3200", true},   {"AD-M3200 Multi", true},  {"AD-MP48", true},        {"AD-MP48 Multi", true},
+    {VORNA_PROTOCOL_PELCO_D, false},       {VORNA_PROTOCOL_HSD_PELCO_D, false}, {VORNA_PROTOCOL_PELCO_P, false},
+    {VORNA_PROTOCOL_PANASONIC, true},      {VORNA_PROTOCOL_AD_RS422, false},    {VORNA_PROTOCOL_BOSCH, false},
+    {VORNA_PROTOCOL_GE_ASCII, true},       {VORNA_PROTOCOL_GE_IMPAC, false},    {VORNA_PROTOCOL_AD_M3200, true},
+    {VORNA_PROTOCOL_AD_M3200_MULTI, true}, {VORNA_PROTOCOL_AD_MP48, true},      {VORNA_PROTOCOL_AD_MP48_MULTI, true},
 };
+static_assert(sizeof kProtocols / sizeof kProtocols[0] == VORNA_PROTOCOL_COUNT, "every protocol the module knows");
 
 }  // namespace
 
