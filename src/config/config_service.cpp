@@ -49,11 +49,11 @@ void KeepUnloadableFile(const XmlDocument& document) {
     if (files.Stat(kConfigFileName, info) != 0 && errno == ENOENT) return;
     if (files.Rename(kConfigFileName, kKeptFileName) != 0) {
         const int error = errno;
-        LogToHost(kLogUnprocessable, Format("config file VORNA.xml load error %s, not kept: rename error %d - %s",
+        LogToHost(VORNA_LOG_UNPROCESSABLE, Format("config file VORNA.xml load error %s, not kept: rename error %d - %s",
                                             LoadError(document).c_str(), error, std::strerror(error)));
         return;
     }
-    LogToHost(kLogUnprocessable,
+    LogToHost(VORNA_LOG_UNPROCESSABLE,
               Format("config file VORNA.xml load error %s, kept as VORNA.xml.bad", LoadError(document).c_str()));
 }
 
@@ -98,7 +98,7 @@ void Save(PtzController& controller) {
     XmlDocument document;
     BuildConfigDocument(controller, document);
     if (!SaveDocument(document, kConfigFileName))
-        LogToHost(kLogUnprocessable, Format("config save error %s", document.ModuleErrorDesc().c_str()));
+        LogToHost(VORNA_LOG_UNPROCESSABLE, Format("config save error %s", document.ModuleErrorDesc().c_str()));
     TiXmlPrinter notice;
     notice.SetStreamPrinting();
     document.Accept(&notice);
