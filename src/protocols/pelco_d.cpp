@@ -1,49 +1,14 @@
 #include "protocols/pelco_d.h"
 
 #include "protocols/pelco_common.h"
+#include "protocols/pelco_d_wire.h"
 
 namespace vorna {
 
 namespace {
 
 using pelco::Low8;
-
-constexpr uint8_t kSync = 0xFF;
-
-// Command 1 bits.
-constexpr uint8_t kFocusNear = 0x01;
-constexpr uint8_t kIrisOpen = 0x02;
-constexpr uint8_t kIrisClose = 0x04;
-
-// Command 2: a bit in motion frames, a command number otherwise.
-constexpr uint8_t kFocusFar = 0x80;
-constexpr uint8_t kStartRecordingPattern = 0x1F;
-constexpr uint8_t kStopRecordingPattern = 0x21;
-constexpr uint8_t kRunPattern = 0x23;
-constexpr uint8_t kAutoFocus = 0x2B;
-constexpr uint8_t kAutoIris = 0x2D;
-// Follows auto iris on, with data 2 kAutoIrisFollowUpData.
-constexpr uint8_t kAutoIrisFollowUp = 0x41;
-constexpr uint8_t kAutoIrisFollowUpData = 0x80;
-
-// Data 2 of the auto iris and auto focus commands.
-constexpr uint8_t kAutoOn = 0x00;
-constexpr uint8_t kAutoOff = 0x02;
-
-// Going to preset 33 turns the dome round.
-constexpr int kFlipPreset = 33;
-
-constexpr int kHsdMenuPreset = 90;
-constexpr int kHsdFirstPatternPreset = 79;
-
-enum FrameOffset { kSyncAt, kAddressAt, kCommand1At, kCommand2At, kData1At, kData2At, kChecksumAt, kFrameSize };
-
-// The 8-bit sum of address, commands and data; the sync byte is not summed.
-uint8_t Checksum(const Bytes& frame) {
-    uint32_t sum = 0;
-    for (int at = kAddressAt; at <= kData2At; ++at) sum += static_cast<uint8_t>(frame[at]);
-    return Low8(sum);
-}
+using namespace pelco_d;
 
 Bytes Frame(uint32_t address, uint32_t command1, uint32_t command2, uint32_t data1, uint32_t data2) {
     Bytes frame(kFrameSize, '\0');
@@ -53,7 +18,7 @@ Bytes Frame(uint32_t address, uint32_t command1, uint32_t command2, uint32_t dat
     frame[kCommand2At] = static_cast<char>(Low8(command2));
     frame[kData1At] = static_cast<char>(Low8(data1));
     frame[kData2At] = static_cast<char>(Low8(data2));
-    frame[kChecksumAt] = static_cast<char>(Checksum(frame));
+    frame[kChecksumAt] = static_cast<char>(Checksum(reinterpret_cast<const uint8_t*>(frame.data())));
     return frame;
 }
 

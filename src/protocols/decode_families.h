@@ -1,0 +1,13 @@
+// One frame reader per protocol family, as the decoder registry creates them.
+#pragma once
+
+#include <memory>
+
+#include "protocols/decode_stream.h"
+
+namespace vorna {
+
+// HSD domes read some presets as their menu and patterns.
+std::unique_ptr<FrameReader> MakePelcoDReader(bool hsd);
+
+}  // namespace vorna

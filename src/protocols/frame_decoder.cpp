@@ -1,0 +1,38 @@
+#include "protocols/frame_decoder.h"
+
+#include <functional>
+#include <map>
+
+#include "protocols/decode_families.h"
+
+namespace vorna {
+
+namespace {
+
+using ReaderFactory = std::function<std::unique_ptr<FrameReader>()>;
+
+const std::map<std::string, ReaderFactory>& Readers() {
+    static const std::map<std::string, ReaderFactory> readers = {
+        {"Pelco-D", [] { return MakePelcoDReader(false); }},
+        {"HSD-Pelco-D", [] { return MakePelcoDReader(true); }},
+    };
+    return readers;
+}
+
+}  // namespace
+
+std::unique_ptr<FrameDecoder> MakeFrameDecoder(const std::string& protocolName) {
+    const auto found = Readers().find(protocolName);
+    if (found == Readers().end()) return nullptr;
+    return std::make_unique<StreamDecoder>(protocolName, found->second());
+}
+
+std::vector<DecodedFrame> DecodeMessage(const std::string& protocolName, const std::string& bytes) {
+    const std::unique_ptr<FrameDecoder> decoder = MakeFrameDecoder(protocolName);
+    if (!decoder) return {};
+    std::vector<DecodedFrame> frames = decoder->Feed(bytes.data(), bytes.size());
+    for (DecodedFrame& rest : decoder->Flush()) frames.push_back(std::move(rest));
+    return frames;
+}
+
+}  // namespace vorna
