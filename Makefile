@@ -44,7 +44,7 @@ demo: deps
 bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DVORNA_BUILD_BENCH=ON -DVORNA_BUILD_TESTS=OFF >/dev/null
 	cmake --build build-bench -j $(JOBS)
-	@if [ -x build-bench/bench/vorna_bench ]; then build-bench/bench/vorna_bench; else echo "no benchmarks yet"; fi
+	build-bench/bench/vorna_bench --benchmark_out=$(CURDIR)/build-bench/bench.json --benchmark_out_format=json
 
 # DESTDIR=DIR stages the installation under DIR (as packaging does).
 install: build
