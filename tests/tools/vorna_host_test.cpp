@@ -5,6 +5,7 @@
 #include <termios.h>
 
 #include <fstream>
+#include <functional>
 #include <iterator>
 
 #include "support/temp_dir.h"
@@ -86,8 +87,9 @@ TEST(VornaHost, WritesWholeFramesToARawLineAtTheAskedBaudRate) {
 
     EXPECT_EQ("FF 01 00 02 1F 00 22 "
               "FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 "
-              "FF 01 00 07 00 05 0D",
-              Hex(line.Received(35)));
+              "FF 01 00 07 00 05 0D "
+              "FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 FF 01 00 00 00 00 01",
+              Hex(line.Received(56)));
     termios settings;
     ASSERT_EQ(0, tcgetattr(line.slave, &settings));
     EXPECT_EQ(B2400, cfgetospeed(&settings));
@@ -159,7 +161,7 @@ TEST(VornaHost, ReportsBadCommandLinesByNumberAndGoesOn) {
              "vorna-host: line 6: cannot read missing.xml: No such file or directory\n",
          })
         EXPECT_NE(std::string::npos, host.err.find(error)) << error << host.err;
-    EXPECT_EQ(1u, Count(host.out, "COM1  FF")) << host.out;
+    EXPECT_EQ(4u, Count(host.out, "COM1  FF")) << "one pan and the three stops at the end\n" << host.out;
     EXPECT_NE(std::string::npos, host.out.find("COM1  FF 01 00 02 1F 00 22\n"));
 }
 
@@ -182,6 +184,30 @@ TEST(VornaHost, StopSignalDuringATourEndsCleanlyAndKeepsTheConfiguration) {
         EXPECT_NE(std::string::npos, saved.find("Protocol=\"Pelco-D\" SerialPort=\"COM1\""));
         EXPECT_NE(std::string::npos, saved.find("<Tour Position=\"2\" />"));
         EXPECT_FALSE(dir.Exists("VORNA.xml.pending"));
+    }
+}
+
+// However the host ends, every camera it moved gets its stops before Close.
+TEST(VornaHost, StopsWhatItMovedOnEveryWayOfEnding) {
+    const std::vector<std::pair<const char*, std::function<void(HostProcess&)>>> endings = {
+        {"quit", [](HostProcess& host) { host.Type("quit\n"); }},
+        {"end of input", [](HostProcess& host) { host.CloseInput(); }},
+        {"SIGINT", [](HostProcess& host) { host.Signal(SIGINT); }},
+        {"SIGTERM", [](HostProcess& host) { host.Signal(SIGTERM); }},
+    };
+    for (const auto& [name, end] : endings) {
+        TempDir dir;
+        dir.Write("VORNA.xml", kOneCamera);
+        PseudoTerminal line;
+        HostProcess host({"--line", "COM1=Pelco-D@" + line.slavePath + ":2400"}, dir.path);
+        host.Type("camera 1 1 1\nright\n");
+        ASSERT_EQ("FF 01 00 02 1F 00 22", Hex(line.Received(7))) << name;
+        end(host);
+        EXPECT_EQ(0, host.Finish(3000)) << name << host.err;
+        EXPECT_EQ("FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 FF 01 00 00 00 00 01", Hex(line.Received(21))) << name;
+        EXPECT_NE(std::string::npos, host.err.find("vorna-host: stopping pan, tilt, zoom, iris and focus of 1 camera "
+                                                    "before closing\n"))
+            << name << host.err;
     }
 }
 

@@ -22,6 +22,7 @@
 #include "options.h"
 #include "printed_line.h"
 #include "session.h"
+#include "stop_on_exit.h"
 #include "stop_signal.h"
 
 namespace vorna_host {
@@ -120,7 +121,9 @@ int RunHost(const std::vector<std::string>& args) {
     if (!bindings.empty()) module->UpdateConfiguration(SerialPortDocument(bindings));
     LineReader reader(input, stop);
     const Session::Settings settings{baseDir, !options.scriptPath.empty(), start};
-    Session(*module, stop, settings, stdout, stderr).Run(reader);
+    Session session(*module, stop, settings, stdout, stderr);
+    session.Run(reader);
+    StopCameras(*module, session.Motion().CommandedCameras(), stderr);
     module->Stop();
     return 0;
 }

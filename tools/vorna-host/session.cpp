@@ -63,10 +63,13 @@ bool Session::SendToCamera(const Command& command, int lineNumber) {
         Complain(lineNumber, "no camera selected (use 'camera DEVICES DEVICE INPUT' first)");
         return true;
     }
-    if (command.kind == CommandKind::kAlarm)
+    if (command.kind == CommandKind::kAlarm) {
+        motion_.Note(camera_, {command.alarm.call});
         module_.SendEvent(VORNA_TYPE_ALARM_EVENT, AlarmDocument(camera_, command.alarm, EpochMilliseconds()));
-    else
+    } else {
+        motion_.Note(camera_, command.calls);
         module_.SendEvent(VORNA_TYPE_EVENT, EventDocument(camera_, command.calls));
+    }
     return true;
 }
 

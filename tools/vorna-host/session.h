@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string>
 
+#include "camera_motion.h"
 #include "command_parser.h"
 #include "line_reader.h"
 #include "module_driver.h"
@@ -27,6 +28,9 @@ public:
     // Until end of input, 'quit' or a stop signal.
     void Run(LineReader& reader);
 
+    // What the session told each camera it commanded.
+    const CameraMotion& Motion() const { return motion_; }
+
 private:
     // False when the session ends.
     bool Execute(const Command& command, int lineNumber);
@@ -42,6 +46,7 @@ private:
     FILE* report_;
     bool cameraSelected_ = false;
     CameraKey camera_;
+    CameraMotion motion_;
 };
 
 }  // namespace vorna_host
