@@ -6,6 +6,7 @@
 #include <mutex>
 #include <string>
 
+#include "config/text_encoding.h"
 #include "host/host_sender.h"
 #include "vorna/host_abi.h"
 #include "vorna/ptz.h"
@@ -14,9 +15,11 @@ namespace vorna {
 
 namespace {
 
+// A text the module may keep: a host writing in a single-byte code page gets
+// its names converted, so that the file written from them loads again.
 std::string ReadText(const TiXmlElement& element, const char* name) {
     const char* value = element.Attribute(name);
-    return value != nullptr ? value : "";
+    return value != nullptr ? AsUtf8(value) : "";
 }
 
 bool Has(const TiXmlElement& element, const char* name) { return element.Attribute(name) != nullptr; }

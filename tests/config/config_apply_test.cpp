@@ -172,6 +172,12 @@ TEST(ConfigApply, Rules) {
          Update(Serial(R"(<Device Port="COM1" Protocol="B" Use="2" StreamID="3"/>)"
                        R"(<Device Port="COM1" Protocol="A" Use="2" StreamID="4"/>)")),
          true, {"1/1/1 COM1@5 A s4 d12 on i60 P{} T{1:1,2:2,}"}, {}, "COM1=A/4 COM2=B/8 COM3=Gone/9 "},
+        {"Latin-1 port and preset names are stored as UTF-8, UTF-8 ones as they came", {},
+         Update(Tarn("1", Ptz("<Input Number=\"1\" SerialPort=\"COM\xB9\" Address=\"2\"/>"
+                              "<Input Number=\"2\"><Preset Number=\"1\" Name=\"Entr\xE9" "e\"/>"
+                              "<Preset Number=\"2\" Name=\"Entr\xC3\xA9" "e\"/></Input>"))),
+         true, {"1/1/2 @1 - s0 d10 off i60 P{1:Entr\xC3\xA9" "e,2:Entr\xC3\xA9" "e,} T{}"},
+         {Log(50, "ptz camera serial port COM\xC2\xB9 not found")}},
         {"binding a camera from the file keeps its preset names",
          {File(Cameras(R"(<Input Number="1" SerialPort="COM5" Address="2"><Preset Number="1" Name="Door"/></Input>)"))},
          Update(Serial(R"(<Device Port="COM5" Protocol="A" Use="2" StreamID="6"/>)")), true,

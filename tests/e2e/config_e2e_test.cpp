@@ -253,3 +253,20 @@ TEST(ConfigE2E, SavingThroughLinksKeepsTheLinksAndThePermissions) {
     host.close();
     host.unload();
 }
+
+// A preset name in a single-byte code page is kept as UTF-8, so the file the
+// module wrote loads at the next start with the name intact.
+TEST(ConfigE2E, Latin1PresetNameSurvivesARestart) {
+    OpenModule module;
+    module.host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG,
+                      "<Tarn Delta=\"1\"><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\"><Input "
+                      "Number=\"1\"><Preset Number=\"1\" Name=\"Entr\xE9" "e\"/></Input></Device></Devices></PTZ></Tarn>");
+    module.host.close();
+    module.host.unload();
+    module.host.ClearSent();
+    module.host.Load();
+    module.host.open();
+    const auto notices = Payloads(module.host, VORNA_TYPE_CONFIG);
+    ASSERT_EQ(notices.size(), 1u);
+    EXPECT_NE(notices[0].find("<Preset Number=\"1\" Name=\"Entr\xC3\xA9" "e\" />"), std::string::npos) << notices[0];
+}
