@@ -28,6 +28,11 @@ int IntegerPart(double parm) {
     return static_cast<int>(whole);
 }
 
+// The motion speed for a stored speed setting: one more, so that 0 always
+// means "axis still" and a setting of 0 still moves. Any setting the host
+// sends is taken; the sum keeps the low 32 bits, as the frames always had it.
+int MotionSpeed(int setting) { return static_cast<int>(static_cast<int64_t>(setting) + 1); }
+
 class Handlers {
 public:
     Handlers(PtzCamera& camera, CProtocol& protocol, int n)
@@ -50,10 +55,8 @@ public:
                 camera_.focusMotion = -1;
                 return Repeatable(protocol_.Focus(a_, -1));
             case VORNA_OP_AUTO_FOCUS: return Plain(protocol_.AutoFocus(a_, n_));
-            // Motion speeds are one more than the stored setting, so that a
-            // speed of 0 always means "axis still" and setting 0 still moves.
             case VORNA_OP_ZOOM_IN:
-                camera_.zoomMotion = camera_.zoomSpeed + 1;
+                camera_.zoomMotion = MotionSpeed(camera_.zoomSpeed);
                 return Repeatable(OrMove(protocol_.Zoom(a_, camera_.zoomMotion)));
             case VORNA_OP_ZOOM_OUT:
                 camera_.zoomMotion = ~camera_.zoomSpeed;
@@ -70,7 +73,7 @@ public:
                 return Repeatable(OrMove(protocol_.Pan(a_, camera_.panMotion)));
             case VORNA_OP_PAN_RIGHT:
                 if (camera_.menuMode) return Plain(protocol_.MenuNavigate(a_, 0, 1, 0));
-                camera_.panMotion = camera_.panSpeed + 1;
+                camera_.panMotion = MotionSpeed(camera_.panSpeed);
                 return Repeatable(OrMove(protocol_.Pan(a_, camera_.panMotion)));
             case VORNA_OP_SET_PAN_SPEED:
                 camera_.panSpeed = n_;
@@ -84,7 +87,7 @@ public:
                 return Repeatable(OrMove(protocol_.Tilt(a_, camera_.tiltMotion)));
             case VORNA_OP_TILT_UP:
                 if (camera_.menuMode) return Plain(protocol_.MenuNavigate(a_, 1, 0, 0));
-                camera_.tiltMotion = camera_.tiltSpeed + 1;
+                camera_.tiltMotion = MotionSpeed(camera_.tiltSpeed);
                 return Repeatable(OrMove(protocol_.Tilt(a_, camera_.tiltMotion)));
             case VORNA_OP_SET_PRESET: return Plain(protocol_.Preset(a_, n_, kPresetSet));
             case VORNA_OP_CLEAR_PRESET: return Plain(protocol_.Preset(a_, n_, kPresetClear));
