@@ -4,7 +4,7 @@
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build check check-plain check-asan check-tsan demo bench install clean
+.PHONY: all deps build check check-plain check-asan check-tsan demo bench install package clean
 
 all: build
 
@@ -50,5 +50,17 @@ bench: deps
 install: build
 	cmake --install build
 
+# The Debian package, built from a configuration of its own (prefix /usr,
+# Debian's build flags, no tests) and left in build/ beside the test build.
+BUILDFLAGS = DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --get
+package: deps
+	CFLAGS="$$($(BUILDFLAGS) CFLAGS) $$($(BUILDFLAGS) CPPFLAGS)" \
+	CXXFLAGS="$$($(BUILDFLAGS) CXXFLAGS) $$($(BUILDFLAGS) CPPFLAGS)" \
+	LDFLAGS="$$($(BUILDFLAGS) LDFLAGS)" \
+		cmake -S . -B build-package -DCMAKE_BUILD_TYPE=None -DCMAKE_INSTALL_PREFIX=/usr -DVORNA_BUILD_TESTS=OFF >/dev/null
+	cmake --build build-package -j $(JOBS) --target package
+	mkdir -p build
+	cp build-package/vorna_*.deb build/
+
 clean:
-	rm -rf build build-asan build-tsan build-bench
+	rm -rf build build-asan build-tsan build-bench build-package
