@@ -211,4 +211,59 @@ TEST(VornaHost, StopsWhatItMovedOnEveryWayOfEnding) {
     }
 }
 
+// Every number is checked against the selected camera's protocol before
+// anything goes out; a command that sends nothing says so.
+TEST(VornaHost, ChecksCommandsAgainstTheCamerasProtocol) {
+    const std::string table =
+        "<Tarn Delta=\"1\"><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\">"
+        "<Input Number=\"1\" SerialPort=\"COM1\" Address=\"1\" /><Input Number=\"2\" SerialPort=\"COM2\" Address=\"1\" />"
+        "<Input Number=\"3\" SerialPort=\"COM3\" Address=\"1\" /><Input Number=\"4\" SerialPort=\"COM1\" Address=\"300\" />"
+        "<Input Number=\"5\" SerialPort=\"COM9\" Address=\"1\" /></Device></Devices></PTZ></Tarn>";
+    // A command line and what the host says about it (empty: it goes out).
+    const std::vector<std::pair<const char*, const char*>> rows = {
+        {"camera 1 1 1", ""},
+        {"speed pan -5", "speed pan must be 0 to 63 on Pelco-D; nothing sent"},
+        {"preset goto 33", "preset numbers on Pelco-D are 1 to 32; nothing sent"},
+        {"op 74", "opcodes are 0 to 73; nothing sent"},
+        {"camera 1 1 2", ""},
+        {"speed zoom 4", "speed zoom must be 0 to 3 on Panasonic; nothing sent"},
+        {"preset clear 1", "nothing sent: Panasonic has no frame for this command"},
+        {"camera 1 1 3", ""},
+        {"preset clear 3",
+         "AD-RS422 cannot clear a preset: 'preset clear 3' stores the current position as preset 3; not sent (--yes "
+         "lets a script send it)"},
+        {"camera 1 1 4", "camera 1 1 4: address 300 is outside Pelco-D's addresses 0 to 255"},
+        {"camera 9 9 9", "no camera 9 9 9 in the camera table (see 'list')"},
+        {"camera 1 1 5", ""},
+        {"left", "nothing sent: camera 1 1 5 is on port COM9, which no --line binds to a protocol"},
+        {"camera 1 1 1", ""},
+        {"speed pan 63", ""},
+        {"right", ""},
+    };
+    std::string script;
+    std::string expected;
+    for (size_t i = 0; i < rows.size(); ++i) {
+        script += rows[i].first + std::string("\n");
+        if (*rows[i].second) expected += "vorna-host: line " + std::to_string(i + 1) + ": " + rows[i].second + "\n";
+    }
+    TempDir dir;
+    dir.Write("VORNA.xml", table);
+    HostProcess host({"--line", "COM1=Pelco-D", "--line", "COM2=Panasonic", "--line", "COM3=AD-RS422"}, dir.path);
+    host.Type(script);
+    ASSERT_EQ(0, host.Finish(3000)) << host.err;
+    std::string complaints;
+    for (size_t at = host.err.find("vorna-host: line "); at != std::string::npos;
+         at = host.err.find("vorna-host: line ", at + 1))
+        complaints += host.err.substr(at, host.err.find('\n', at) + 1 - at);
+    EXPECT_EQ(expected, complaints);
+    EXPECT_NE(std::string::npos, host.out.find("COM1  FF 01 00 02 3F 00 42\n")) << host.out;
+
+    TempDir confirmed;
+    confirmed.Write("VORNA.xml", table);
+    HostProcess yes({"--yes", "--line", "COM3=AD-RS422"}, confirmed.path);
+    yes.Type("camera 1 1 3\npreset clear 3\n");
+    ASSERT_EQ(0, yes.Finish(3000)) << yes.err;
+    EXPECT_NE(std::string::npos, yes.out.find("COM3  01 C7 01 02 35\n")) << yes.out << yes.err;
+}
+
 }  // namespace

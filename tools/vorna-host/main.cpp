@@ -116,11 +116,14 @@ int RunHost(const std::vector<std::string>& args) {
     if (!options.workDir.empty() && chdir(options.workDir.c_str()) != 0)
         return Fail(kStartError, "cannot enter working directory " + options.workDir + ": " + std::strerror(errno));
 
+    LatestCameraTable cameras;
+    router.ObserveConfiguration([&cameras](const std::string& notice) { cameras.TakeNotice(notice); });
     MessageRouter::Install(&router);
     module->Start(&MessageRouter::Callback);
     if (!bindings.empty()) module->UpdateConfiguration(SerialPortDocument(bindings));
     LineReader reader(input, stop);
-    const Session::Settings settings{baseDir, !options.scriptPath.empty(), start};
+    const bool interactive = options.scriptPath.empty() && isatty(input);
+    const Session::Settings settings{baseDir, !options.scriptPath.empty(), start, &cameras, interactive, options.yes};
     Session session(*module, stop, settings, stdout, stderr);
     session.Run(reader);
     StopCameras(*module, session.Motion().CommandedCameras(), stderr);

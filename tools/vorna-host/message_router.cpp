@@ -7,6 +7,7 @@ namespace {
 constexpr int kRefused = 1;
 
 MessageRouter* g_router = nullptr;
+thread_local unsigned long t_serialMessages = 0;
 
 size_t CountOccurrences(const std::string& text, const std::string& part) {
     size_t count = 0;
@@ -50,8 +51,10 @@ void MessageRouter::AddLine(uint64_t stream, std::string name, std::unique_ptr<S
 }
 
 int MessageRouter::Route(const HostMessage& message) {
-    if (message.type == VORNA_TYPE_SERIAL)
+    if (message.type == VORNA_TYPE_SERIAL) {
+        ++t_serialMessages;
         return SendToLine(message.stream, static_cast<const uint8_t*>(message.data), message.length);
+    }
     const std::string text(static_cast<const char*>(message.data), message.length);
     switch (message.type) {
         case VORNA_TYPE_LOG:
@@ -62,11 +65,18 @@ int MessageRouter::Route(const HostMessage& message) {
                 Report("module " + AttributeValue(text, "Name") + " " + AttributeValue(text, "Version"));
             else
                 Report(DescribeConfiguration(text));
+            if (message.flags != VORNA_FLAGS_ANNOUNCEMENT && configurationObserver_) configurationObserver_(text);
             return 0;
         default:
             return 0;
     }
 }
+
+void MessageRouter::ObserveConfiguration(std::function<void(const std::string&)> observer) {
+    configurationObserver_ = std::move(observer);
+}
+
+unsigned long MessageRouter::SerialMessagesOnThisThread() { return t_serialMessages; }
 
 int MessageRouter::SendToLine(uint64_t stream, const uint8_t* bytes, size_t length) {
     const auto found = lines_.find(stream);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdio>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -24,6 +25,13 @@ public:
 
     void AddLine(uint64_t stream, std::string name, std::unique_ptr<SerialLine> line);
 
+    // Hands every configuration notice to `observer` as well.
+    void ObserveConfiguration(std::function<void(const std::string& notice)> observer);
+
+    // Serial messages the module handed over on the calling thread so far:
+    // a command's own frames come back inside the call that sent it.
+    static unsigned long SerialMessagesOnThisThread();
+
     // 0 when the message was taken; non-zero when serial output could not be
     // written, which the module reports as a refused serial event.
     int Route(const HostMessage& message);
@@ -43,6 +51,7 @@ private:
 
     FILE* report_;
     std::map<uint64_t, NamedLine> lines_;
+    std::function<void(const std::string&)> configurationObserver_;
 };
 
 }  // namespace vorna_host

@@ -92,6 +92,10 @@ bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, st
             options.help = true;
             continue;
         }
+        if (arg == "--yes") {
+            options.yes = true;
+            continue;
+        }
         std::string name = arg;
         std::string value;
         const size_t equals = arg.find('=');
@@ -127,6 +131,7 @@ std::string UsageText() {
            "  --module LIB   the module (default: the libvorna.so built beside vorna-host)\n"
            "  --workdir DIR  where VORNA.xml lives (default: the current directory)\n"
            "  --script FILE  read commands from FILE instead of standard input\n"
+           "  --yes          send commands with a surprising effect without asking\n"
            "  --line NAME=PROTOCOL[@DEVICE[:BAUD]]\n"
            "                 a serial line; repeatable. Without a device the line is\n"
            "                 virtual and its frames are printed. BAUD defaults to 9600.\n"

@@ -22,6 +22,7 @@ struct HostOptions {
     std::string scriptPath;  // empty: commands come from standard input
     std::vector<LineOption> lines;
     bool help = false;
+    bool yes = false;  // commands with a surprising effect go without a question
 };
 
 // Both return false with a message naming the offending argument.

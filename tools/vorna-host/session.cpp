@@ -1,6 +1,8 @@
 #include "session.h"
 
+#include "message_router.h"
 #include "printed_line.h"
+#include "protocol_limits.h"
 
 #include <cerrno>
 #include <chrono>
@@ -20,6 +22,7 @@ int64_t EpochMilliseconds() {
 }  // namespace
 
 void Session::Run(LineReader& reader) {
+    reader_ = &reader;
     std::string line;
     for (int lineNumber = 1; reader.Next(line) == LineReader::Result::kLine; ++lineNumber) {
         if (settings_.echo) Echo(line);
@@ -35,9 +38,7 @@ void Session::Run(LineReader& reader) {
 bool Session::Execute(const Command& command, int lineNumber) {
     switch (command.kind) {
         case CommandKind::kCamera:
-            camera_ = command.camera;
-            cameraSelected_ = true;
-            return true;
+            return SelectCamera(command.camera, lineNumber);
         case CommandKind::kEvent:
         case CommandKind::kAlarm:
             return SendToCamera(command, lineNumber);
@@ -63,14 +64,57 @@ bool Session::SendToCamera(const Command& command, int lineNumber) {
         Complain(lineNumber, "no camera selected (use 'camera DEVICES DEVICE INPUT' first)");
         return true;
     }
-    if (command.kind == CommandKind::kAlarm) {
-        motion_.Note(camera_, {command.alarm.call});
+    const bool alarm = command.kind == CommandKind::kAlarm;
+    const std::vector<OpcodeCall> calls = alarm ? std::vector<OpcodeCall>{command.alarm.call} : command.calls;
+    if (!MayGo(calls, lineNumber)) return true;
+    motion_.Note(camera_, calls);
+    if (alarm) {
         module_.SendEvent(VORNA_TYPE_ALARM_EVENT, AlarmDocument(camera_, command.alarm, EpochMilliseconds()));
-    } else {
-        motion_.Note(camera_, command.calls);
-        module_.SendEvent(VORNA_TYPE_EVENT, EventDocument(camera_, command.calls));
+        return true;
     }
+    const unsigned long before = MessageRouter::SerialMessagesOnThisThread();
+    module_.SendEvent(VORNA_TYPE_EVENT, EventDocument(camera_, command.calls));
+    if (settings_.cameras && MessageRouter::SerialMessagesOnThisThread() == before && !OnlySettings(calls))
+        Complain(lineNumber, CameraGuard(*settings_.cameras).WhyNothingWasSent(camera_));
     return true;
+}
+
+bool Session::SelectCamera(const CameraKey& camera, int lineNumber) {
+    const std::string error = settings_.cameras ? CameraGuard(*settings_.cameras).CheckSelection(camera) : "";
+    if (!error.empty()) {
+        Complain(lineNumber, error);
+        return true;
+    }
+    camera_ = camera;
+    cameraSelected_ = true;
+    return true;
+}
+
+bool Session::MayGo(const std::vector<OpcodeCall>& calls, int lineNumber) {
+    if (settings_.cameras == nullptr) return true;
+    const CameraGuard guard(*settings_.cameras);
+    const std::string error = guard.CheckCalls(camera_, calls);
+    if (!error.empty()) {
+        Complain(lineNumber, error + "; nothing sent");
+        return false;
+    }
+    const std::string surprise = guard.SurprisingEffect(camera_, calls);
+    if (surprise.empty() || settings_.confirmed) return true;
+    if (!settings_.interactive) {
+        Complain(lineNumber, surprise + "; not sent (--yes lets a script send it)");
+        return false;
+    }
+    if (Confirm(surprise + ". Send it? [y/N] ")) return true;
+    Complain(lineNumber, "not sent");
+    return false;
+}
+
+bool Session::Confirm(const std::string& question) {
+    std::fputs(question.c_str(), out_);
+    std::fflush(out_);
+    std::string answer;
+    return reader_ != nullptr && reader_->Next(answer) == LineReader::Result::kLine && !answer.empty() &&
+           (answer[0] == 'y' || answer[0] == 'Y');
 }
 
 void Session::HandConfiguration(const std::string& path, int lineNumber) {

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string>
 
+#include "camera_guard.h"
 #include "camera_motion.h"
 #include "command_parser.h"
 #include "line_reader.h"
@@ -20,6 +21,9 @@ public:
         std::string baseDir;  // relative paths in commands are taken from here
         bool echo = false;    // show a script as it runs: commands with their time, other lines as they stand
         std::chrono::steady_clock::time_point start;  // time zero of the echo
+        const LatestCameraTable* cameras = nullptr;    // the module's table; null: commands are not checked
+        bool interactive = false;                      // an operator at a terminal answers questions
+        bool confirmed = false;                        // --yes: surprising commands go without a question
     };
 
     Session(ModuleDriver& module, StopSignal& stop, Settings settings, FILE* out, FILE* report)
@@ -35,6 +39,10 @@ private:
     // False when the session ends.
     bool Execute(const Command& command, int lineNumber);
     bool SendToCamera(const Command& command, int lineNumber);
+    bool SelectCamera(const CameraKey& camera, int lineNumber);
+    // False, with the reason reported, when the command must not go out.
+    bool MayGo(const std::vector<OpcodeCall>& calls, int lineNumber);
+    bool Confirm(const std::string& question);
     void HandConfiguration(const std::string& path, int lineNumber);
     void Echo(const std::string& line);
     void Complain(int lineNumber, const std::string& message);
@@ -47,6 +55,7 @@ private:
     bool cameraSelected_ = false;
     CameraKey camera_;
     CameraMotion motion_;
+    LineReader* reader_ = nullptr;
 };
 
 }  // namespace vorna_host

@@ -1,0 +1,138 @@
+#include "protocol_limits.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace vorna_host {
+
+namespace {
+
+constexpr int kOpcodeCount = 74;
+constexpr int kSetZoomSpeed = 30;
+constexpr int kSetPanSpeed = 39;
+constexpr int kSetTiltSpeed = 46;
+constexpr int kSetPreset = 58;
+constexpr int kClearPreset = 59;
+constexpr int kGotoPreset = 60;
+
+// A frame field that carries no speed for an axis still takes the setting
+// through the module's arithmetic; this keeps it far from overflow.
+constexpr int kNoSpeedField = 255;
+
+// The highest speed setting per axis whose frame field still holds it (the
+// module sends setting + 1 as the magnitude):
+// Pelco: pan and tilt bytes are the setting itself, 0x00 to 0x3F; the zoom
+// speed command carries it in a byte.
+// Panasonic: sixteen pan and tilt steps of four magnitudes; four zoom speeds.
+// AD-RS422: the speed byte is the magnitude; zoom frames carry no speed.
+// Bosch: tilt shares its byte with the zoom nibble, so (magnitude >> 2) - 1
+// stays within 15 (and pan with it); the zoom nibble is 2 x magnitude - 1.
+// GE-ASCII: two decimal digits hold magnitude / 2 - 1 and 8 x magnitude - 1.
+// GE-Impac: seven bits hold magnitude / 2 and 8 x magnitude.
+// AD MegaPower: keyboard speed digits up to magnitude 55 (AD-M3200) or 63
+// (AD-MP48); zoom keys carry no speed.
+struct SpeedLimits {
+    const char* protocol;
+    int pan, tilt, zoom;
+};
+
+const SpeedLimits kSpeedLimits[] = {
+    {"Pelco-D", 63, 63, 255},
+    {"HSD-Pelco-D", 63, 63, 255},
+    {"Pelco-P", 63, 63, 255},
+    {"Panasonic", 63, 63, 3},
+    {"AD-RS422", 254, 254, kNoSpeedField},
+    {"Bosch", 66, 66, 7},
+    {"GE-ASCII", 200, 200, 11},
+    {"GE-Impac", 254, 254, 14},
+    {"AD-M3200", 54, 54, kNoSpeedField},
+    {"AD-M3200 Multi", 54, 54, kNoSpeedField},
+    {"AD-MP48", 62, 62, kNoSpeedField},
+    {"AD-MP48 Multi", 62, 62, kNoSpeedField},
+};
+
+struct Surprise {
+    const char* protocol;
+    int opcode;
+    const char* effect;
+};
+
+const Surprise kSurprises[] = {
+    {"AD-RS422", kClearPreset, "AD-RS422 cannot clear a preset: 'preset clear %d' stores the current position as "
+                               "preset %d"},
+};
+
+const SpeedLimits* FindSpeedLimits(const std::string& protocol) {
+    for (const SpeedLimits& limits : kSpeedLimits)
+        if (protocol == limits.protocol) return &limits;
+    return nullptr;
+}
+
+// The module takes the integer part of the parameter, truncated toward zero.
+double IntegerPart(double parm) { return std::trunc(parm); }
+
+std::string Range(long low, long high) { return std::to_string(low) + " to " + std::to_string(high); }
+
+std::string CheckSpeed(const char* axis, double setting, int highest, const std::string& protocol) {
+    if (IntegerPart(setting) >= 0 && IntegerPart(setting) <= highest) return std::string();
+    return std::string("speed ") + axis + " must be " + Range(0, highest) + " on " + protocol;
+}
+
+std::string CheckCall(const OpcodeCall& call, const std::string& protocol, const ProtocolLimits& limits) {
+    if (call.opcode < 0 || call.opcode >= kOpcodeCount) return "opcodes are " + Range(0, kOpcodeCount - 1);
+    if (protocol.empty()) return std::string();
+    const SpeedLimits* speeds = FindSpeedLimits(protocol);
+    switch (call.opcode) {
+        case kSetPanSpeed:
+            return speeds ? CheckSpeed("pan", call.parm, speeds->pan, protocol) : std::string();
+        case kSetTiltSpeed:
+            return speeds ? CheckSpeed("tilt", call.parm, speeds->tilt, protocol) : std::string();
+        case kSetZoomSpeed:
+            return speeds ? CheckSpeed("zoom", call.parm, speeds->zoom, protocol) : std::string();
+        case kSetPreset:
+        case kClearPreset:
+        case kGotoPreset:
+            if (IntegerPart(call.parm) >= 1 && IntegerPart(call.parm) <= limits.presets) return std::string();
+            return "preset numbers on " + protocol + " are " + Range(1, limits.presets);
+        default:
+            return std::string();
+    }
+}
+
+}  // namespace
+
+std::string CheckCalls(const std::vector<OpcodeCall>& calls, const std::string& protocol,
+                       const ProtocolLimits& limits) {
+    for (const OpcodeCall& call : calls) {
+        const std::string error = CheckCall(call, protocol, limits);
+        if (!error.empty()) return error;
+    }
+    return std::string();
+}
+
+std::string CheckAddress(int address, const std::string& protocol, const ProtocolLimits& limits) {
+    if (address >= limits.minAddress && address <= limits.maxAddress) return std::string();
+    return "address " + std::to_string(address) + " is outside " + protocol + "'s addresses " +
+           Range(limits.minAddress, limits.maxAddress);
+}
+
+std::string SurprisingEffect(const std::vector<OpcodeCall>& calls, const std::string& protocol) {
+    for (const OpcodeCall& call : calls) {
+        for (const Surprise& surprise : kSurprises) {
+            if (protocol != surprise.protocol || call.opcode != surprise.opcode) continue;
+            const int number = static_cast<int>(IntegerPart(call.parm));
+            char text[256];
+            std::snprintf(text, sizeof text, surprise.effect, number, number);
+            return text;
+        }
+    }
+    return std::string();
+}
+
+bool OnlySettings(const std::vector<OpcodeCall>& calls) {
+    for (const OpcodeCall& call : calls)
+        if (call.opcode != kSetPanSpeed && call.opcode != kSetTiltSpeed && call.opcode != kSetZoomSpeed) return false;
+    return true;
+}
+
+}  // namespace vorna_host
