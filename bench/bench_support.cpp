@@ -1,6 +1,7 @@
 #include "bench_support.h"
 
 #include <malloc.h>
+#include <time.h>
 
 #include <atomic>
 #include <cstdlib>
@@ -15,19 +16,23 @@ namespace vorna_bench {
 
 namespace {
 
-std::atomic<size_t> g_heapInUse{0};
-std::atomic<size_t> g_heapPeak{0};
+// Counting costs a little on every allocation, so it runs only while a
+// benchmark reads the heap.
+std::atomic<bool> g_counting{false};
+std::atomic<int64_t> g_heapInUse{0};
+std::atomic<int64_t> g_heapPeak{0};
 
 void CountAllocation(void* block) {
-    const size_t now = g_heapInUse.fetch_add(malloc_usable_size(block), std::memory_order_relaxed) +
-                       malloc_usable_size(block);
-    size_t peak = g_heapPeak.load(std::memory_order_relaxed);
+    if (!g_counting.load(std::memory_order_relaxed)) return;
+    const int64_t size = static_cast<int64_t>(malloc_usable_size(block));
+    const int64_t now = g_heapInUse.fetch_add(size, std::memory_order_relaxed) + size;
+    int64_t peak = g_heapPeak.load(std::memory_order_relaxed);
     while (now > peak && !g_heapPeak.compare_exchange_weak(peak, now, std::memory_order_relaxed)) {
     }
 }
 
 void CountRelease(void* block) {
-    if (block != nullptr) g_heapInUse.fetch_sub(malloc_usable_size(block), std::memory_order_relaxed);
+    if (block != nullptr && g_counting.load(std::memory_order_relaxed)) g_heapInUse.fetch_sub(static_cast<int64_t>(malloc_usable_size(block)), std::memory_order_relaxed);
 }
 
 int DiscardMessage(HostMessage*, int) { return 0; }
@@ -82,6 +87,12 @@ void PrepareController(vorna::PtzController& controller) {
 
 void DiscardHostMessages() { vorna::g_hostCallback = &DiscardMessage; }
 
+double ThreadSeconds() {
+    timespec now;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
 double Median(std::vector<double> values) {
     if (values.empty()) return 0;
     std::sort(values.begin(), values.end());
@@ -95,9 +106,15 @@ void PairedTimes::Report(benchmark::State& state, double unitPerSecond, const ch
     state.counters[std::string("bare_parse_") + unit] = Median(reference_) * unitPerSecond;
 }
 
-size_t HeapInUse() { return g_heapInUse.load(); }
-size_t HeapPeak() { return g_heapPeak.load(); }
-void ResetHeapPeak() { g_heapPeak.store(g_heapInUse.load()); }
+void StartHeapCount() {
+    g_heapInUse.store(0);
+    g_heapPeak.store(0);
+    g_counting.store(true);
+}
+
+size_t HeapPeak() { return static_cast<size_t>(g_heapPeak.load()); }
+
+void StopHeapCount() { g_counting.store(false); }
 
 }  // namespace vorna_bench
 

@@ -7,7 +7,6 @@
 #include <tinyxml.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -39,12 +38,16 @@ void PrepareController(vorna::PtzController& controller);
 // Installs a host callback that takes every message and does nothing.
 void DiscardHostMessages();
 
-// Seconds taken by `work`.
+// CPU seconds of the calling thread: on a shared machine, time the thread
+// spent waiting for a core would only add noise to the ratios.
+double ThreadSeconds();
+
+// CPU seconds the calling thread spends in `work`.
 template <typename Work>
 double Seconds(Work work) {
-    const auto start = std::chrono::steady_clock::now();
+    const double start = ThreadSeconds();
     work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return ThreadSeconds() - start;
 }
 
 double Median(std::vector<double> values);
@@ -66,10 +69,10 @@ private:
     std::vector<double> ratios_;
 };
 
-// Bytes the process holds through operator new, and the most it held since
-// the last ResetPeak.
-size_t HeapInUse();
+// Counts the bytes allocated through operator new from StartHeapCount on,
+// less those released; HeapPeak is the most held at once.
+void StartHeapCount();
 size_t HeapPeak();
-void ResetHeapPeak();
+void StopHeapCount();
 
 }  // namespace vorna_bench

@@ -104,19 +104,18 @@ void BM_FirstUpdateMemory(benchmark::State& state) {
     DiscardHostMessages();
     const std::string text = ConfigurationText(kCameras, kPresets, Grouping::kDevicePerCamera, 1);
     for (auto _ : state) {
-        size_t base = HeapInUse();
-        ResetHeapPeak();
+        StartHeapCount();
         {
             TiXmlDocument document;
             document.Parse(text.c_str());
         }
-        const double parseGrowth = static_cast<double>(HeapPeak() - base);
+        const double parseGrowth = static_cast<double>(HeapPeak());
         PtzController controller;
         PrepareController(controller);
-        base = HeapInUse();
-        ResetHeapPeak();
+        StartHeapCount();
         ApplyUpdate(controller, text);
-        const double updateGrowth = static_cast<double>(HeapPeak() - base);
+        const double updateGrowth = static_cast<double>(HeapPeak());
+        StopHeapCount();
         state.counters["ratio"] = updateGrowth / parseGrowth;
         state.counters["update_mib"] = updateGrowth / (1 << 20);
         state.counters["bare_parse_mib"] = parseGrowth / (1 << 20);

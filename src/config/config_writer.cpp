@@ -1,6 +1,7 @@
 #include "config/config_writer.h"
 
 #include <algorithm>
+#include <charconv>
 #include <mutex>
 #include <unordered_map>
 #include <utility>
@@ -16,10 +17,19 @@ namespace {
 // The preset count of a camera whose line has no protocol yet.
 constexpr int kPresetCountWithoutProtocol = 99;
 
+// Sets the decimal text of `value`, as TinyXML's integer setter writes it
+// ("%d") but without a formatted print per attribute: the writer sets one
+// for every preset.
+void SetInt(TiXmlElement& element, const char* name, int value) {
+    char text[16];
+    *std::to_chars(text, text + sizeof text - 1, value).ptr = '\0';
+    element.SetAttribute(name, text);
+}
+
 // A new child `name` with the integer attribute `key`, at the end.
 TiXmlElement& Append(TiXmlElement& parent, const char* name, const char* key, int value) {
     auto* child = new TiXmlElement(name);
-    child->SetAttribute(key, value);
+    SetInt(*child, key, value);
     parent.LinkEndChild(child);
     return *child;
 }
@@ -58,11 +68,11 @@ public:
         auto line = controller_.serialLines.find(camera.serialPort);
         input.SetAttribute("Protocol", line != controller_.serialLines.end() ? line->second.protocolName : "");
         input.SetAttribute("SerialPort", camera.serialPort);
-        input.SetAttribute("Address", static_cast<int>(camera.address));
-        input.SetAttribute("Presets", PresetCount(camera));
-        input.SetAttribute("TourDwell", camera.tourDwell);
-        input.SetAttribute("TourEnabled", camera.tourEnabled ? 1 : 0);
-        input.SetAttribute("TourIdle", camera.tourIdle);
+        SetInt(input, "Address", static_cast<int>(camera.address));
+        SetInt(input, "Presets", PresetCount(camera));
+        SetInt(input, "TourDwell", camera.tourDwell);
+        SetInt(input, "TourEnabled", camera.tourEnabled ? 1 : 0);
+        SetInt(input, "TourIdle", camera.tourIdle);
         WritePresets(camera, input, repeated);
     }
 
