@@ -4,6 +4,7 @@
 #include <map>
 
 #include "protocols/decode_families.h"
+#include "vorna/ptz.h"
 
 namespace vorna {
 
@@ -13,8 +14,9 @@ using ReaderFactory = std::function<std::unique_ptr<FrameReader>()>;
 
 const std::map<std::string, ReaderFactory>& Readers() {
     static const std::map<std::string, ReaderFactory> readers = {
-        {"Pelco-D", [] { return MakePelcoDReader(false); }},
-        {"HSD-Pelco-D", [] { return MakePelcoDReader(true); }},
+        {VORNA_PROTOCOL_PELCO_D, [] { return MakePelcoDReader(false); }},
+        {VORNA_PROTOCOL_HSD_PELCO_D, [] { return MakePelcoDReader(true); }},
+        {VORNA_PROTOCOL_PELCO_P, [] { return MakePelcoPReader(); }},
     };
     return readers;
 }

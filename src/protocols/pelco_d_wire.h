@@ -37,6 +37,7 @@ constexpr int kFlipPreset = 33;
 
 constexpr int kHsdMenuPreset = 90;
 constexpr int kHsdFirstPatternPreset = 79;
+constexpr int kHsdPatternCount = 3;
 
 // The 8-bit sum of address, commands and data; the sync byte is not summed.
 inline uint8_t Checksum(const uint8_t* frame) {

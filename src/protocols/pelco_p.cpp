@@ -1,6 +1,7 @@
 #include "protocols/pelco_p.h"
 
 #include "protocols/pelco_common.h"
+#include "protocols/pelco_p_wire.h"
 
 namespace vorna {
 
@@ -8,23 +9,7 @@ namespace {
 
 using pelco::Low8;
 
-constexpr uint8_t kStart = 0xA0;
-constexpr uint8_t kEnd = 0xAF;
-
-// Data 1 bits.
-constexpr uint8_t kFocusFar = 0x01;
-constexpr uint8_t kFocusNear = 0x02;
-constexpr uint8_t kIrisOpen = 0x04;
-constexpr uint8_t kIrisClose = 0x08;
-
-enum FrameOffset { kStartAt, kAddressAt, kData1At, kData2At, kData3At, kData4At, kEndAt, kChecksumAt, kFrameSize };
-
-// XOR of every byte before the checksum, start and end included.
-uint8_t Checksum(const Bytes& frame) {
-    uint8_t sum = 0;
-    for (int at = kStartAt; at <= kEndAt; ++at) sum ^= static_cast<uint8_t>(frame[at]);
-    return sum;
-}
+using namespace pelco_p;
 
 // Address 1 goes on the wire as 0, so address 0 wraps to 0xFF.
 Bytes Frame(uint32_t address, uint32_t data1, uint32_t data2, uint32_t data3, uint32_t data4) {
@@ -36,7 +21,7 @@ Bytes Frame(uint32_t address, uint32_t data1, uint32_t data2, uint32_t data3, ui
     frame[kData3At] = static_cast<char>(Low8(data3));
     frame[kData4At] = static_cast<char>(Low8(data4));
     frame[kEndAt] = static_cast<char>(kEnd);
-    frame[kChecksumAt] = static_cast<char>(Checksum(frame));
+    frame[kChecksumAt] = static_cast<char>(Checksum(reinterpret_cast<const uint8_t*>(frame.data())));
     return frame;
 }
 
