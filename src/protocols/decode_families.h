@@ -10,5 +10,6 @@ namespace vorna {
 // HSD domes read some presets as their menu and patterns.
 std::unique_ptr<FrameReader> MakePelcoDReader(bool hsd);
 std::unique_ptr<FrameReader> MakePelcoPReader();
+std::unique_ptr<FrameReader> MakeSensormaticReader();
 
 }  // namespace vorna
