@@ -3,43 +3,13 @@
 #include <initializer_list>
 
 #include "protocols/axis_speed.h"
+#include "protocols/bosch_wire.h"
 
 namespace vorna {
 
 namespace {
 
-// The head byte tells how many opcode and data bytes follow the address.
-constexpr uint8_t kHeadFourBytes = 0x87;
-constexpr uint8_t kHeadThreeBytes = 0x86;
-
-constexpr uint8_t kControl = 0x05;
-constexpr uint8_t kPreset = 0x07;
-// Raw commands with one of these opcodes carry four bytes, all others three.
-constexpr uint8_t kRawLongOpcodeA = 0x05;
-constexpr uint8_t kRawLongOpcodeB = 0x08;
-
-// Control frame: byte 4 carries tilt speed and zoom speed, byte 5 pan speed
-// and the lens, byte 6 the directions.
-constexpr uint8_t kPanRight = 0x01;
-constexpr uint8_t kPanLeft = 0x02;
-constexpr uint8_t kTiltDown = 0x04;
-constexpr uint8_t kTiltUp = 0x08;
-constexpr uint8_t kZoomOut = 0x10;
-constexpr uint8_t kZoomIn = 0x20;
-constexpr uint8_t kIrisClose = 0x02;
-constexpr uint8_t kIrisOpen = 0x04;
-constexpr uint8_t kFocusFar = 0x01;
-constexpr uint8_t kFocusNear = 0x40;
-
-// Preset function: the preset number's bits above 7 go into the high nibble.
-constexpr uint32_t kPresetFunctionStore = 4;
-constexpr uint32_t kPresetFunctionGoTo = 5;
-
-uint32_t SumOf(const Bytes& bytes) {
-    uint32_t sum = 0;
-    for (unsigned char byte : bytes) sum += byte;
-    return sum;
-}
+using namespace bosch;
 
 // head, address high, address low, body, checksum. The address goes out
 // 0-based: address 1 is 00 00, 16383 is 7F 7E. The checksum keeps the low
@@ -51,7 +21,7 @@ Bytes Frame(uint32_t address, std::initializer_list<uint32_t> body) {
     frame += static_cast<char>(index >> 7);
     frame += static_cast<char>(index & 0x7F);
     for (uint32_t field : body) frame += static_cast<char>(field);
-    return frame + static_cast<char>(SumOf(frame) & 0x7F);
+    return frame + static_cast<char>(Checksum(reinterpret_cast<const uint8_t*>(frame.data()), frame.size()));
 }
 
 // 0x87, hi, lo, 0x05, speeds, pan speed and lens, directions, checksum

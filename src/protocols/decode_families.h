@@ -11,5 +11,6 @@ namespace vorna {
 std::unique_ptr<FrameReader> MakePelcoDReader(bool hsd);
 std::unique_ptr<FrameReader> MakePelcoPReader();
 std::unique_ptr<FrameReader> MakeSensormaticReader();
+std::unique_ptr<FrameReader> MakeBoschReader();
 
 }  // namespace vorna

@@ -18,6 +18,7 @@ const std::map<std::string, ReaderFactory>& Readers() {
         {VORNA_PROTOCOL_HSD_PELCO_D, [] { return MakePelcoDReader(true); }},
         {VORNA_PROTOCOL_PELCO_P, [] { return MakePelcoPReader(); }},
         {VORNA_PROTOCOL_AD_RS422, [] { return MakeSensormaticReader(); }},
+        {VORNA_PROTOCOL_BOSCH, [] { return MakeBoschReader(); }},
     };
     return readers;
 }

@@ -87,8 +87,10 @@ const char* const kOperations[] = {"StopAxes", "Pan",       "Tilt",       "Zoom"
 std::string ExpectedOperation(const std::string& protocol, const std::string& op, const std::vector<int>& args) {
     const bool pelcoD = protocol == "Pelco-D" || protocol == "HSD-Pelco-D";
     const bool sensormatic = protocol == "AD-RS422";
-    // Pelco has one all-zero frame that stops every axis and the lens.
-    if ((pelcoD || protocol == "Pelco-P") && (op == "Iris" || op == "Focus") && args[0] == 0) return "Move";
+    // Pelco and Bosch have one all-zero frame that stops every axis and the lens.
+    if ((pelcoD || protocol == "Pelco-P" || protocol == "Bosch") && (op == "Iris" || op == "Focus") && args[0] == 0) {
+        return "Move";
+    }
     // Selecting a menu item is the iris-open frame; an HSD menu closes with
     // iris close, then that stop frame.
     if (pelcoD && (op == "MenuEnter" || (op == "Menu" && args[0] == 0))) return "Iris";
@@ -150,7 +152,7 @@ void ExpectRoundTrip(const std::string& name, unsigned seed) {
 }  // namespace
 
 TEST(FrameDecoder, RoundTripsEveryBuilder) {
-    for (const char* name : {"Pelco-D", "HSD-Pelco-D", "Pelco-P", "AD-RS422"}) ExpectRoundTrip(name, 17);
+    for (const char* name : {"Pelco-D", "HSD-Pelco-D", "Pelco-P", "AD-RS422", "Bosch"}) ExpectRoundTrip(name, 17);
 }
 
 // Each read is fed on its own; every frame is summed up as
