@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -109,6 +110,11 @@ bool DeviceLine::Send(const uint8_t* bytes, size_t length, std::string& error) {
         }
     }
     return true;
+}
+
+size_t DeviceLine::Unsent() {
+    int queued = 0;
+    return ioctl(fd_, TIOCOUTQ, &queued) == 0 && queued > 0 ? static_cast<size_t>(queued) : 0;
 }
 
 }  // namespace vorna_host

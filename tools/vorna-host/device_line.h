@@ -25,6 +25,8 @@ public:
     ~DeviceLine() override;
 
     bool Send(const uint8_t* bytes, size_t length, std::string& error) override;
+    // What the driver reports still queued for output (TIOCOUTQ).
+    size_t Unsent() override;
 
 private:
     explicit DeviceLine(int fd) : fd_(fd) {}

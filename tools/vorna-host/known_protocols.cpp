@@ -7,10 +7,12 @@ namespace vorna_host {
 namespace {
 
 const KnownProtocol kProtocols[] = {
-    {VORNA_PROTOCOL_PELCO_D, false},       {VORNA_PROTOCOL_HSD_PELCO_D, false}, {VORNA_PROTOCOL_PELCO_P, false},
-    {VORNA_PROTOCOL_PANASONIC, true},      {VORNA_PROTOCOL_AD_RS422, false},    {VORNA_PROTOCOL_BOSCH, false},
-    {VORNA_PROTOCOL_GE_ASCII, true},       {VORNA_PROTOCOL_GE_IMPAC, false},    {VORNA_PROTOCOL_AD_M3200, true},
-    {VORNA_PROTOCOL_AD_M3200_MULTI, true}, {VORNA_PROTOCOL_AD_MP48, true},      {VORNA_PROTOCOL_AD_MP48_MULTI, true},
+    {VORNA_PROTOCOL_PELCO_D, false, false},       {VORNA_PROTOCOL_HSD_PELCO_D, false, false},
+    {VORNA_PROTOCOL_PELCO_P, false, false},       {VORNA_PROTOCOL_PANASONIC, true, false},
+    {VORNA_PROTOCOL_AD_RS422, false, false},      {VORNA_PROTOCOL_BOSCH, false, false},
+    {VORNA_PROTOCOL_GE_ASCII, true, false},       {VORNA_PROTOCOL_GE_IMPAC, false, false},
+    {VORNA_PROTOCOL_AD_M3200, true, true},        {VORNA_PROTOCOL_AD_M3200_MULTI, true, true},
+    {VORNA_PROTOCOL_AD_MP48, true, true},         {VORNA_PROTOCOL_AD_MP48_MULTI, true, true},
 };
 static_assert(sizeof kProtocols / sizeof kProtocols[0] == VORNA_PROTOCOL_COUNT, "every protocol the module knows");
 

@@ -10,6 +10,9 @@ namespace vorna_host {
 struct KnownProtocol {
     const char* name;
     bool textFrames;  // frames are ASCII commands (with at most framing bytes)
+    // Frames depend on the ones before them on the line (a switcher port that
+    // selects a camera once and then sends it commands): their order must stay.
+    bool keepsLineOrder;
 };
 
 // The protocol with exactly this name (case and blanks count), or null.

@@ -16,6 +16,8 @@
 #include "device_line.h"
 #include "documents.h"
 #include "known_protocols.h"
+#include "line_scheduler.h"
+#include "line_writer.h"
 #include "line_reader.h"
 #include "message_router.h"
 #include "module_driver.h"
@@ -59,6 +61,16 @@ std::string DefaultModulePath() {
     return VORNA_INSTALLED_MODULE;
 }
 
+std::unique_ptr<LineWriter> MakeLineWriter(const LineOption& option, std::unique_ptr<SerialLine> line,
+                                           MessageRouter& router) {
+    LineScheduler scheduler([](const std::string&) { return MessageClass{}; },
+                            FindKnownProtocol(option.protocol)->keepsLineOrder);
+    return std::make_unique<LineWriter>(std::move(line), std::move(scheduler), option.baud,
+                                        [&router, name = option.name](const std::string& problem) {
+                                            router.Report("line " + name + ": " + problem);
+                                        });
+}
+
 // Stream numbers count from 1: a camera on stream 0 is one whose line the
 // module does not know, and it sends nothing.
 bool OpenLines(const std::vector<LineOption>& wanted, std::chrono::steady_clock::time_point start, MessageRouter& router,
@@ -76,7 +88,7 @@ bool OpenLines(const std::vector<LineOption>& wanted, std::chrono::steady_clock:
             }
         }
         const uint64_t stream = i + 1;
-        router.AddLine(stream, option.name, std::move(line));
+        router.AddLine(stream, option.name, MakeLineWriter(option, std::move(line), router));
         bindings.push_back(LineBinding{option.name, option.protocol, stream});
     }
     return true;
@@ -126,7 +138,11 @@ int RunHost(const std::vector<std::string>& args) {
     const Session::Settings settings{baseDir, !options.scriptPath.empty(), start, &cameras, interactive, options.yes};
     Session session(*module, stop, settings, stdout, stderr);
     session.Run(reader);
+    // What the operator asked for goes out first, then the stops, and only
+    // then is the module closed.
+    router.DrainLines();
     StopCameras(*module, session.Motion().CommandedCameras(), stderr);
+    router.DrainLines();
     module->Stop();
     return 0;
 }

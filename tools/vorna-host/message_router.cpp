@@ -46,8 +46,19 @@ std::string DescribeLog(const std::string& text) {
            text.substr(messageStart, text.size() - tail.size() - messageStart);
 }
 
-void MessageRouter::AddLine(uint64_t stream, std::string name, std::unique_ptr<SerialLine> line) {
-    lines_[stream] = NamedLine{std::move(name), std::move(line)};
+void MessageRouter::AddLine(uint64_t stream, std::string name, std::unique_ptr<LineWriter> writer) {
+    writer->Start();
+    lines_[stream] = NamedLine{std::move(name), std::move(writer)};
+}
+
+void MessageRouter::DrainLines() {
+    for (auto& line : lines_) line.second.writer->Drain();
+}
+
+std::vector<MessageRouter::NamedCounters> MessageRouter::Counters() const {
+    std::vector<NamedCounters> all;
+    for (const auto& line : lines_) all.push_back(NamedCounters{line.second.name, line.second.writer->Counters()});
+    return all;
 }
 
 int MessageRouter::Route(const HostMessage& message) {
@@ -84,10 +95,8 @@ int MessageRouter::SendToLine(uint64_t stream, const uint8_t* bytes, size_t leng
         Report("serial output for unknown stream " + std::to_string(stream) + " dropped");
         return kRefused;
     }
-    std::string error;
-    if (found->second.line->Send(bytes, length, error)) return 0;
-    Report("line " + found->second.name + ": " + error);
-    return kRefused;
+    found->second.writer->Hand(std::string(reinterpret_cast<const char*>(bytes), length), LineWriter::Clock::now());
+    return 0;
 }
 
 void MessageRouter::Report(const std::string& text) {

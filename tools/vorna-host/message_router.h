@@ -8,8 +8,10 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
-#include "serial_line.h"
+#include "line_counters.h"
+#include "line_writer.h"
 #include "vorna/host_abi.h"
 
 namespace vorna_host {
@@ -23,7 +25,13 @@ class MessageRouter {
 public:
     explicit MessageRouter(FILE* report) : report_(report) {}
 
-    void AddLine(uint64_t stream, std::string name, std::unique_ptr<SerialLine> line);
+    struct NamedCounters {
+        std::string line;
+        LineCounters counters;
+    };
+
+    // Starts the line's writer.
+    void AddLine(uint64_t stream, std::string name, std::unique_ptr<LineWriter> writer);
 
     // Hands every configuration notice to `observer` as well.
     void ObserveConfiguration(std::function<void(const std::string& notice)> observer);
@@ -32,9 +40,15 @@ public:
     // a command's own frames come back inside the call that sent it.
     static unsigned long SerialMessagesOnThisThread();
 
-    // 0 when the message was taken; non-zero when serial output could not be
-    // written, which the module reports as a refused serial event.
+    // 0 when the message was taken; non-zero for serial output to a stream
+    // that has no line, which the module reports as a refused serial event.
     int Route(const HostMessage& message);
+    // Waits until everything handed to any line so far has left the wire.
+    void DrainLines();
+    // Every line's counters, in stream order.
+    std::vector<NamedCounters> Counters() const;
+    // "vorna-host: TEXT" on the report stream.
+    void Report(const std::string& text);
 
     // The host callback handed to the module; routes to the installed router.
     static int Callback(HostMessage* message, int zero);
@@ -43,11 +57,10 @@ public:
 private:
     struct NamedLine {
         std::string name;
-        std::unique_ptr<SerialLine> line;
+        std::unique_ptr<LineWriter> writer;
     };
 
     int SendToLine(uint64_t stream, const uint8_t* bytes, size_t length);
-    void Report(const std::string& text);
 
     FILE* report_;
     std::map<uint64_t, NamedLine> lines_;

@@ -27,6 +27,8 @@ public:
         : name_(std::move(name)), textFrames_(textFrames), start_(start), out_(out) {}
 
     bool Send(const uint8_t* bytes, size_t length, std::string& error) override;
+    // A frame shows when it would have gone out whole at the line's baud rate.
+    Handover HandedAt() const override { return Handover::kLastByte; }
 
 private:
     std::string name_;

@@ -1,0 +1,188 @@
+// A line's writer on a fake clock and a fake device: what goes out, in which
+// order, and when, for a line the module floods with repeating frames.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <vector>
+
+#include "line_writer.h"
+#include "wire_time.h"
+
+using namespace vorna_host;
+using Clock = LineWriter::Clock;
+using std::chrono::milliseconds;
+
+namespace {
+
+// Test messages read "<camera><kind><tag>", kind M (motion), S (stop),
+// P (preset), U (unreadable), padded to the 18 bytes of a Panasonic frame.
+constexpr size_t kFrameBytes = 18;
+
+std::string Message(const std::string& text) { return text + std::string(kFrameBytes - text.size(), '.'); }
+
+std::string Tag(const std::string& bytes) { return bytes.substr(0, bytes.find('.')); }
+
+MessageClass ReadTestMessage(const std::string& bytes) {
+    const std::map<char, MessageKind> kinds = {
+        {'M', MessageKind::kMotion}, {'S', MessageKind::kStop}, {'P', MessageKind::kOther}};
+    const size_t kindAt = bytes.find_first_not_of("0123456789");
+    if (kindAt == 0 || kinds.count(bytes[kindAt]) == 0) return MessageClass{};
+    return MessageClass{std::stoi(bytes.substr(0, kindAt)), kinds.at(bytes[kindAt])};
+}
+
+class FakeDevice : public SerialLine {
+public:
+    struct Sent {
+        Clock::time_point at;
+        std::string tag;
+    };
+    FakeDevice(const Clock::time_point& now, std::vector<Sent>& wire, size_t& unsent)
+        : now_(now), wire_(wire), unsent_(unsent) {}
+    bool Send(const uint8_t* bytes, size_t length, std::string&) override {
+        wire_.push_back(Sent{now_, Tag(std::string(reinterpret_cast<const char*>(bytes), length))});
+        return true;
+    }
+    size_t Unsent() override { return unsent_; }
+
+private:
+    const Clock::time_point& now_;
+    std::vector<Sent>& wire_;
+    size_t& unsent_;
+};
+
+// The writer driven as its thread would drive it, on simulated time.
+struct SimulatedLine {
+    explicit SimulatedLine(int baud, bool keepLineOrder = false)
+        : frameTime(WireTime(kFrameBytes, baud)),
+          writer(std::make_unique<FakeDevice>(now, wire, unsent), LineScheduler(ReadTestMessage, keepLineOrder), baud,
+                 [](const std::string& problem) { ADD_FAILURE() << problem; }) {}
+
+    void RunUntil(Clock::time_point until) {
+        for (Clock::time_point next = writer.Pump(now); next <= until; next = writer.Pump(now)) now = next;
+        now = until;
+    }
+    void Hand(const std::string& text) {
+        writer.Hand(Message(text), now);
+        writer.Pump(now);
+    }
+    std::vector<std::string> Tags() const {
+        std::vector<std::string> tags;
+        for (const auto& sent : wire) tags.push_back(sent.tag);
+        return tags;
+    }
+    // When the first frame tagged `tag` left the wire, counted from `from`.
+    Clock::duration LeftAfter(const std::string& tag, Clock::time_point from) const {
+        for (const auto& sent : wire)
+            if (sent.tag == tag && sent.at >= from) return sent.at + frameTime - from;
+        return Clock::duration::max();
+    }
+
+    Clock::time_point now{};
+    std::vector<FakeDevice::Sent> wire;
+    size_t unsent = 0;
+    Clock::duration frameTime;
+    LineWriter writer;
+};
+
+TEST(LineWriter, WaitingMessagesGoOutInTheirTurn) {
+    const struct {
+        const char* name;
+        bool keepLineOrder;
+        std::vector<std::string> handed;  // while the wire is busy with one frame
+        std::vector<std::string> sent;    // after that frame
+    } rows[] = {
+        {"newest motion wins", false, {"1M1", "1M2", "1M3"}, {"1M3"}},
+        {"a stop replaces the waiting motion", false, {"1M1", "1S"}, {"1S"}},
+        {"a replacement keeps its place", false, {"1M1", "2P1", "1M2"}, {"1M2", "2P1"}},
+        {"presets keep their order", false, {"1P1", "1P2", "1M1", "1P3"}, {"1P1", "1P2", "1M1", "1P3"}},
+        {"a stop goes before other cameras", false, {"2P1", "2P2", "3M1", "1S"}, {"1S", "2P1", "2P2", "3M1"}},
+        {"a stop keeps its camera's order", false, {"1P1", "2P1", "1S"}, {"1P1", "1S", "2P1"}},
+        {"oldest first between cameras", false, {"1P1", "2P1", "1P2", "2P2"}, {"1P1", "2P1", "1P2", "2P2"}},
+        {"unreadable messages keep their order", false, {"U1", "1M1", "U2", "1M2"}, {"U1", "1M2", "U2"}},
+        {"a line that keeps its order only paces", true, {"1M1", "1M2", "2P1", "1S"}, {"1M1", "1M2", "2P1", "1S"}},
+    };
+    for (const auto& row : rows) {
+        SimulatedLine line(2400, row.keepLineOrder);
+        line.Hand("0P0");
+        for (const std::string& message : row.handed) line.Hand(message);
+        line.RunUntil(line.now + milliseconds(1000));
+        std::vector<std::string> expected = {"0P0"};
+        expected.insert(expected.end(), row.sent.begin(), row.sent.end());
+        EXPECT_EQ(expected, line.Tags()) << row.name;
+    }
+}
+
+// Eight cameras repeat their motion (or, once stopped, their stop) every
+// 250 ms: at 2400 baud that is more than twice what the wire carries.
+void Repeat(SimulatedLine& line, Clock::time_point until, int stopped = 0) {
+    while (line.now < until) {
+        for (int camera = 1; camera <= 8; ++camera) line.Hand(std::to_string(camera) + (camera == stopped ? "S" : "M"));
+        line.RunUntil(line.now + milliseconds(250));
+    }
+}
+
+TEST(LineWriter, AStopLeavesWithinTwoFrameTimesOnASaturatedLine) {
+    const struct {
+        const char* name;
+        std::vector<std::string> waiting;  // handed just before the stop
+    } rows[] = {
+        {"eight cameras repeating", {}},
+        {"a long preset sequence of another camera", std::vector<std::string>(40, "9P")},
+    };
+    for (const auto& row : rows) {
+        SimulatedLine line(2400);
+        Repeat(line, Clock::time_point(milliseconds(5000)));
+        for (const std::string& message : row.waiting) line.Hand(message);
+        line.RunUntil(line.now + milliseconds(10));
+        const Clock::time_point callback = line.now;
+        line.Hand("3S");
+        Repeat(line, line.now + milliseconds(1000), 3);
+        EXPECT_LE(line.LeftAfter("3S", callback), 2 * line.frameTime) << row.name;
+    }
+}
+
+TEST(LineWriter, EveryCameraGetsItsTurnUnderContinuousLoad) {
+    SimulatedLine line(2400);
+    Repeat(line, Clock::time_point(milliseconds(10000)));
+    // A camera's frame waits at most for one frame of each other camera,
+    // after up to one repeat interval (3.3 frame times) before it is handed.
+    const size_t longestGap = 7 + 4;
+    std::map<std::string, size_t> lastSent;
+    for (size_t i = 0; i < line.wire.size(); ++i) {
+        const auto last = lastSent.find(line.wire[i].tag);
+        if (last != lastSent.end()) {
+            EXPECT_LE(i - last->second, longestGap) << line.wire[i].tag << " at " << i;
+        }
+        lastSent[line.wire[i].tag] = i;
+    }
+    EXPECT_EQ(8u, lastSent.size());
+}
+
+TEST(LineWriter, CountsWhatItSentReplacedAndKeptWaiting) {
+    SimulatedLine line(2400);
+    for (const char* message : {"1M1", "1M2", "1M3", "2P1"}) line.Hand(message);
+    line.RunUntil(line.now + line.frameTime);
+    const LineCounters counters = line.writer.Counters();
+    EXPECT_EQ(1u, counters.sent);
+    EXPECT_EQ(1u, counters.replaced);
+    EXPECT_EQ(2u, counters.waiting) << "one on the wire, one queued";
+    line.RunUntil(line.now + 2 * line.frameTime);
+    const LineCounters done = line.writer.Counters();
+    EXPECT_EQ(3u, done.sent);
+    EXPECT_EQ(0u, done.waiting);
+    EXPECT_EQ(3 * line.frameTime, done.worstLatency);
+    EXPECT_EQ(2 * line.frameTime, done.medianLatency);
+}
+
+TEST(LineWriter, WaitsWhileTheDriverStillHoldsBytes) {
+    SimulatedLine line(9600);
+    line.unsent = 96;  // 100 ms at 9600 baud
+    line.Hand("1P1");
+    line.RunUntil(line.now + milliseconds(99));
+    EXPECT_TRUE(line.wire.empty());
+    line.unsent = 0;
+    line.RunUntil(line.now + milliseconds(2));
+    EXPECT_EQ(std::vector<std::string>{"1P1"}, line.Tags());
+}
+
+}  // namespace

@@ -1,0 +1,77 @@
+#include "line_scheduler.h"
+
+#include <algorithm>
+#include <climits>
+
+namespace vorna_host {
+
+namespace {
+
+// Messages that name no camera, or cannot be read, share one queue and keep
+// the order they came in.
+constexpr int kNoCamera = INT_MIN;
+
+bool SetsMotion(MessageKind kind) { return kind == MessageKind::kMotion || kind == MessageKind::kStop; }
+
+}  // namespace
+
+MessageClass LineScheduler::Classify(const std::string& bytes) const {
+    if (keepLineOrder_) return MessageClass{kNoCamera, MessageKind::kOther};
+    MessageClass found = classify_(bytes);
+    if (found.kind == MessageKind::kUnknown || found.camera < 0) return MessageClass{kNoCamera, MessageKind::kOther};
+    return found;
+}
+
+uint64_t LineScheduler::Add(std::string bytes, std::chrono::steady_clock::time_point handedOver) {
+    const MessageClass found = Classify(bytes);
+    const uint64_t arrival = ++arrivals_;
+    WaitingMessage message{std::move(bytes), handedOver, arrival};
+    CameraQueue& queue = cameras_[found.camera];
+    if (SetsMotion(found.kind) && ReplaceWaitingMotion(queue, message, found.kind)) return arrival;
+    queue.push_back(Entry{std::move(message), found.kind, ++turns_});
+    ++waiting_;
+    return arrival;
+}
+
+bool LineScheduler::ReplaceWaitingMotion(CameraQueue& queue, WaitingMessage& message, MessageKind kind) {
+    const auto waiting = std::find_if(queue.begin(), queue.end(), [](const Entry& entry) { return SetsMotion(entry.kind); });
+    if (waiting == queue.end()) return false;
+    waiting->message = std::move(message);
+    waiting->kind = kind;
+    ++replaced_;
+    return true;
+}
+
+uint64_t LineScheduler::OldestArrival() const {
+    uint64_t oldest = UINT64_MAX;
+    for (const auto& camera : cameras_)
+        for (const Entry& entry : camera.second) oldest = std::min(oldest, entry.message.arrival);
+    return oldest;
+}
+
+LineScheduler::CameraQueue* LineScheduler::NextCamera() {
+    CameraQueue* next = nullptr;
+    bool nextStops = false;
+    for (auto& camera : cameras_) {
+        CameraQueue& queue = camera.second;
+        if (queue.empty()) continue;
+        const bool stops = std::any_of(queue.begin(), queue.end(),
+                                       [](const Entry& entry) { return entry.kind == MessageKind::kStop; });
+        const bool earlier = next == nullptr || queue.front().turn < next->front().turn;
+        if ((stops && !nextStops) || (stops == nextStops && earlier)) {
+            next = &queue;
+            nextStops = stops;
+        }
+    }
+    return next;
+}
+
+WaitingMessage LineScheduler::TakeNext() {
+    CameraQueue& queue = *NextCamera();
+    WaitingMessage message = std::move(queue.front().message);
+    queue.pop_front();
+    --waiting_;
+    return message;
+}
+
+}  // namespace vorna_host
