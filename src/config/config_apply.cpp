@@ -2,6 +2,7 @@
 
 #include <strings.h>
 
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -90,15 +91,37 @@ bool ApplyTourSettings(PtzCamera& camera, const TiXmlElement& input) {
     return given;
 }
 
+// Stores `name` as the name of preset `number`, in a map node and string
+// taken from `spare` when it has one: a site's update rewrites the names of
+// every camera it names, mostly with the names they already had.
+void StoreName(std::map<int, std::string>& presets, int number, const char* name,
+               std::map<int, std::string>& spare) {
+    auto position = presets.lower_bound(number);
+    if (position == presets.end() || position->first != number) {
+        if (spare.empty()) {
+            position = presets.emplace_hint(position, number, std::string());
+        } else {
+            auto node = spare.extract(spare.begin());
+            node.key() = number;
+            position = presets.insert(position, std::move(node));
+        }
+    }
+    if (IsUtf8(name))
+        position->second.assign(name);
+    else
+        position->second = AsUtf8(name);
+}
+
 // Rebuilds the preset names, and the tour positions when tour data was given.
 void RewritePresets(PtzCamera& camera, const TiXmlElement& input, bool tourGiven) {
-    camera.presets.clear();
+    std::map<int, std::string> previous;
+    previous.swap(camera.presets);
     if (tourGiven) camera.tour.clear();
     ForEachChild(input, "Preset", [&](const TiXmlElement& preset) {
-        const std::string name = ReadText(preset, "Name");
+        const char* name = preset.Attribute("Name");
         int number;
-        if (name.empty() || !ReadInt(preset, "Number", &number)) return;
-        if (number >= 1) camera.presets[number] = name;
+        if (name == nullptr || *name == '\0' || !ReadInt(preset, "Number", &number)) return;
+        if (number >= 1) StoreName(camera.presets, number, name, previous);
         if (!tourGiven) return;
         ForEachChild(preset, "Tour", [&](const TiXmlElement& tour) {
             int position;

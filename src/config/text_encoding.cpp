@@ -31,7 +31,7 @@ bool InRange(unsigned char byte, unsigned char low, unsigned char high) { return
 
 }  // namespace
 
-bool IsUtf8(const std::string& text) {
+bool IsUtf8(std::string_view text) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
     const size_t size = text.size();
     for (size_t i = 0; i < size;) {

@@ -3,12 +3,13 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace vorna {
 
 // True when `text` is well-formed UTF-8 (no overlong forms, no surrogates,
 // nothing above U+10FFFF).
-bool IsUtf8(const std::string& text);
+bool IsUtf8(std::string_view text);
 
 // `text` unchanged when it is well-formed UTF-8; otherwise read as Latin-1,
 // each byte from 0x80 to 0xFF becoming its own code point.
