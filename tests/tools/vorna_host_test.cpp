@@ -266,4 +266,54 @@ TEST(VornaHost, ChecksCommandsAgainstTheCamerasProtocol) {
     EXPECT_NE(std::string::npos, yes.out.find("COM3  01 C7 01 02 35\n")) << yes.out << yes.err;
 }
 
+// --check reports every problem of the table on a line of its own and
+// leaves the directory as it was.
+TEST(VornaHost, CheckReportsTheTablesProblemsAndWritesNothing) {
+    const std::string faulty =
+        "<Tarn Delta=\"1\"><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\">"
+        "<Input Number=\"1\" SerialPort=\"COM1\" Address=\"300\"><Preset Number=\"40\" Name=\"Far\"/>"
+        "<Preset Number=\"7\"><Tour Position=\"3\"/></Preset></Input>"
+        "<Input Number=\"2\" SerialPort=\"COM3\" Address=\"1\" /></Device></Devices></PTZ></Tarn>";
+    const struct {
+        std::string file;
+        int status;
+        const char* report;
+    } rows[] = {
+        {kOneCamera, 0, "VORNA.xml: no problems\n"},
+        {faulty, 1,
+         "camera 1 1 1: tour position 3 names preset 7, which has no name\n"
+         "camera 1 1 1: address 300 is outside Pelco-D's addresses 0 to 255\n"
+         "camera 1 1 1: preset 40 \"Far\" is beyond Pelco-D's 32 presets\n"
+         "camera 1 1 2: port COM3 is not among the lines (--line COM3=PROTOCOL)\n"},
+        {"<Tarn>\n<PTZ ID=\"1048576\">\n<Devices ID=\"1\"\n</Tarn>", 1,
+         "VORNA.xml: Error reading Attributes. (row 4, column 1)\n"},
+    };
+    for (const auto& row : rows) {
+        TempDir dir;
+        dir.Write("VORNA.xml", row.file);
+        TempDir elsewhere;
+        HostProcess host({"--check", "--workdir", dir.path, "--line", "COM1=Pelco-D"}, elsewhere.path);
+        EXPECT_EQ(row.status, host.Finish(3000)) << host.err;
+        EXPECT_EQ(row.report, host.out);
+        EXPECT_EQ(row.file, dir.Read("VORNA.xml"));
+        EXPECT_FALSE(dir.Exists("VORNA.xml.bad") || dir.Exists("VORNA.xml.pending"));
+    }
+}
+
+// A table that does not load stops the start before the module sees it,
+// unless the operator accepts that the module sets it aside.
+TEST(VornaHost, RefusesToStartOnATableThatDoesNotLoad) {
+    const std::string broken = "<Tarn Delta=\"1\"><PTZ ID=\"1048576\"";
+    for (const bool accept : {false, true}) {
+        TempDir dir;
+        dir.Write("VORNA.xml", broken);
+        HostProcess host(accept ? std::vector<std::string>{"--accept-bad-config"} : std::vector<std::string>{},
+                         dir.path);
+        EXPECT_EQ(accept ? 0 : 1, host.Finish(3000)) << host.err;
+        EXPECT_EQ(accept, host.err.find("vorna-host: VORNA.xml does not load: ") == std::string::npos) << host.err;
+        EXPECT_EQ(accept ? broken : "(missing)", dir.Read("VORNA.xml.bad"));
+        EXPECT_EQ(accept, dir.Read("VORNA.xml") != broken);
+    }
+}
+
 }  // namespace

@@ -29,11 +29,14 @@ TableCamera ReadInput(const TiXmlElement& input, const CameraKey& key) {
     ReadInt(input, "Address", camera.address);
     int tour = 0;
     camera.tourEnabled = ReadInt(input, "TourEnabled", tour) && tour == 1;
+    // A preset without a name is dropped by the module, and with it every
+    // tour position that names it; the positions are kept here so that a
+    // check can point them out.
     ForEachChild(input, "Preset", [&](const TiXmlElement& preset) {
         int number;
+        if (!ReadInt(preset, "Number", number)) return;
         const char* name = preset.Attribute("Name");
-        if (!ReadInt(preset, "Number", number) || name == nullptr || *name == '\0') return;
-        camera.presetNames[number] = name;
+        if (name != nullptr && *name != '\0') camera.presetNames[number] = name;
         ForEachChild(preset, "Tour", [&](const TiXmlElement& tour) {
             int position;
             if (ReadInt(tour, "Position", position)) camera.tourPositions[position] = number;

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "config_check.h"
 #include "device_line.h"
 #include "documents.h"
 #include "known_protocols.h"
@@ -21,6 +22,7 @@
 #include "line_reader.h"
 #include "message_router.h"
 #include "module_driver.h"
+#include "offline_runs.h"
 #include "options.h"
 #include "printed_line.h"
 #include "session.h"
@@ -109,24 +111,31 @@ int RunHost(const std::vector<std::string>& args) {
         std::fputs(UsageText().c_str(), stdout);
         return 0;
     }
+    const std::string baseDir = CurrentDirectory();
+    const std::string modulePath =
+        options.modulePath.empty() ? DefaultModulePath() : Absolute(options.modulePath, baseDir);
+    if (options.version) return PrintVersions(modulePath);
+    if (options.check) return CheckConfiguration(options, modulePath);
     // A closed standard output shows up as a failed frame print, not a kill.
     signal(SIGPIPE, SIG_IGN);
     StopSignal stop;
     if (!stop.Install(error)) return Fail(kStartError, error);
 
     const auto start = std::chrono::steady_clock::now();
-    const std::string baseDir = CurrentDirectory();
     const int input = OpenInput(Absolute(options.scriptPath, baseDir), error);
     if (input < 0) return Fail(kStartError, error);
     MessageRouter router(stderr);
     std::vector<LineBinding> bindings;
     if (!OpenLines(options.lines, start, router, bindings, error)) return Fail(kStartError, error);
-    const std::string modulePath =
-        options.modulePath.empty() ? DefaultModulePath() : Absolute(options.modulePath, baseDir);
     std::unique_ptr<ModuleDriver> module = ModuleDriver::Open(modulePath, error);
     if (!module) return Fail(kStartError, "cannot load module " + modulePath + ": " + error);
     if (!options.workDir.empty() && chdir(options.workDir.c_str()) != 0)
         return Fail(kStartError, "cannot enter working directory " + options.workDir + ": " + std::strerror(errno));
+    const std::string loadError = options.acceptBadConfig ? std::string() : ConfigFileLoadError();
+    if (!loadError.empty())
+        return Fail(kStartError, "VORNA.xml does not load: " + loadError +
+                                     "; fix it, or start with --accept-bad-config (the module then keeps it as "
+                                     "VORNA.xml.bad and starts without cameras)");
 
     LatestCameraTable cameras;
     router.ObserveConfiguration([&cameras](const std::string& notice) { cameras.TakeNotice(notice); });

@@ -77,6 +77,15 @@ bool ApplyOption(const std::string& name, const std::string& value, HostOptions&
     return true;
 }
 
+// The switch an argument without value turns on, or null.
+bool* FlagOption(const std::string& arg, HostOptions& options) {
+    if (arg == "--yes") return &options.yes;
+    if (arg == "--check") return &options.check;
+    if (arg == "--accept-bad-config") return &options.acceptBadConfig;
+    if (arg == "--version") return &options.version;
+    return nullptr;
+}
+
 }  // namespace
 
 bool ParseLineOption(const std::string& text, LineOption& line, std::string& error) {
@@ -92,8 +101,8 @@ bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, st
             options.help = true;
             continue;
         }
-        if (arg == "--yes") {
-            options.yes = true;
+        if (bool* flag = FlagOption(arg, options)) {
+            *flag = true;
             continue;
         }
         std::string name = arg;
@@ -121,8 +130,10 @@ bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, st
 }
 
 std::string UsageText() {
-    return "usage: vorna-host [--module LIB] [--workdir DIR] [--script FILE]\n"
-           "                  [--line NAME=PROTOCOL[@DEVICE[:BAUD]]]...\n"
+    return "usage: vorna-host [--module LIB] [--workdir DIR] [--script FILE] [--yes]\n"
+           "                  [--accept-bad-config] [--line NAME=PROTOCOL[@DEVICE[:BAUD]]]...\n"
+           "       vorna-host --check [--workdir DIR] [--line ...]...\n"
+           "       vorna-host --version\n"
            "\n"
            "Loads the VORNA module as a recorder does, binds each --line to a camera\n"
            "protocol and runs operator commands from FILE or standard input ('help'\n"
@@ -132,6 +143,11 @@ std::string UsageText() {
            "  --workdir DIR  where VORNA.xml lives (default: the current directory)\n"
            "  --script FILE  read commands from FILE instead of standard input\n"
            "  --yes          send commands with a surprising effect without asking\n"
+           "  --check        report what is wrong in VORNA.xml for these lines; writes nothing\n"
+           "  --accept-bad-config\n"
+           "                 start even when VORNA.xml does not load (the module keeps\n"
+           "                 it as VORNA.xml.bad and starts without cameras)\n"
+           "  --version      print the versions of vorna-host and of the module\n"
            "  --line NAME=PROTOCOL[@DEVICE[:BAUD]]\n"
            "                 a serial line; repeatable. Without a device the line is\n"
            "                 virtual and its frames are printed. BAUD defaults to 9600.\n"

@@ -23,6 +23,9 @@ struct HostOptions {
     std::vector<LineOption> lines;
     bool help = false;
     bool yes = false;  // commands with a surprising effect go without a question
+    bool check = false;            // check VORNA.xml against the lines and end
+    bool acceptBadConfig = false;  // start even when VORNA.xml does not load
+    bool version = false;
 };
 
 // Both return false with a message naming the offending argument.
