@@ -12,5 +12,6 @@ std::unique_ptr<FrameReader> MakePelcoDReader(bool hsd);
 std::unique_ptr<FrameReader> MakePelcoPReader();
 std::unique_ptr<FrameReader> MakeSensormaticReader();
 std::unique_ptr<FrameReader> MakeBoschReader();
+std::unique_ptr<FrameReader> MakeGEImpacReader();
 
 }  // namespace vorna

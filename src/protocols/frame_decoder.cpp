@@ -19,6 +19,7 @@ const std::map<std::string, ReaderFactory>& Readers() {
         {VORNA_PROTOCOL_PELCO_P, [] { return MakePelcoPReader(); }},
         {VORNA_PROTOCOL_AD_RS422, [] { return MakeSensormaticReader(); }},
         {VORNA_PROTOCOL_BOSCH, [] { return MakeBoschReader(); }},
+        {VORNA_PROTOCOL_GE_IMPAC, [] { return MakeGEImpacReader(); }},
     };
     return readers;
 }

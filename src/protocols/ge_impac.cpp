@@ -3,46 +3,21 @@
 #include <initializer_list>
 
 #include "protocols/axis_speed.h"
+#include "protocols/ge_impac_wire.h"
 
 namespace vorna {
 
 namespace {
 
-constexpr uint8_t kStart = 0xFF;
-
-// Command classes and codes.
-constexpr uint8_t kLensKeyClass = 0x20;
-constexpr uint8_t kCameraClass = 0x09;
-constexpr uint8_t kPresetSetCode = 0x0A;
-constexpr uint8_t kPresetGoToCode = 0x0B;
-constexpr uint8_t kMoveCode = 0x14;
-// Byte 4 of a lens-key frame; 0x00 in all other frames.
-constexpr uint8_t kLensKeyFlag = 0x80;
-
-// Lens keys: upper case moves, lower case stops.
-struct KeyPair {
-    char negative;
-    char positive;
-};
-constexpr KeyPair kIrisKeys{'C', 'P'};
-constexpr KeyPair kFocusKeys{'F', 'N'};
-constexpr KeyPair kStopIrisKeys{'c', 'p'};
-constexpr KeyPair kStopFocusKeys{'f', 'n'};
-
-// The top bit of a move speed byte means right, up or in.
-constexpr uint32_t kPositiveDirection = 0x80;
+using namespace ge_impac;
 
 // 0xFF, count, body, checksum. The count covers the body and the checksum;
 // the checksum is the two's complement of the sum of count and body.
 Bytes Frame(std::initializer_list<uint32_t> body) {
     const uint32_t count = static_cast<uint32_t>(body.size()) + 1;
     Bytes frame{static_cast<char>(kStart), static_cast<char>(count)};
-    uint8_t sum = static_cast<uint8_t>(count);
-    for (uint32_t field : body) {
-        frame += static_cast<char>(field);
-        sum = static_cast<uint8_t>(sum + field);
-    }
-    return frame + static_cast<char>(0u - sum);
+    for (uint32_t field : body) frame += static_cast<char>(field);
+    return frame + static_cast<char>(Checksum(reinterpret_cast<const uint8_t*>(frame.data()), frame.size()));
 }
 
 // FF 07 20 key 80 00 address 00 checksum
