@@ -13,5 +13,6 @@ std::unique_ptr<FrameReader> MakePelcoPReader();
 std::unique_ptr<FrameReader> MakeSensormaticReader();
 std::unique_ptr<FrameReader> MakeBoschReader();
 std::unique_ptr<FrameReader> MakeGEImpacReader();
+std::unique_ptr<FrameReader> MakeGEASCIIReader();
 
 }  // namespace vorna

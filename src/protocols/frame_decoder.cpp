@@ -20,6 +20,7 @@ const std::map<std::string, ReaderFactory>& Readers() {
         {VORNA_PROTOCOL_AD_RS422, [] { return MakeSensormaticReader(); }},
         {VORNA_PROTOCOL_BOSCH, [] { return MakeBoschReader(); }},
         {VORNA_PROTOCOL_GE_IMPAC, [] { return MakeGEImpacReader(); }},
+        {VORNA_PROTOCOL_GE_ASCII, [] { return MakeGEASCIIReader(); }},
     };
     return readers;
 }

@@ -1,31 +1,13 @@
 #include "protocols/ge_ascii.h"
 
 #include "protocols/axis_speed.h"
+#include "protocols/ge_ascii_wire.h"
 
 namespace vorna {
 
 namespace {
 
-constexpr char kFrameEnd = '~';
-constexpr char kAutoFocusOn = '*';
-constexpr char kPresetSetLetter = 'Q';
-constexpr char kPresetGoToLetter = 'E';
-
-// Motion letters; a stop sends the lower-case letter of the motion.
-struct DirectionLetters {
-    char negative;
-    char positive;
-};
-constexpr DirectionLetters kPanLetters{'L', 'R'};
-constexpr DirectionLetters kTiltLetters{'D', 'U'};
-constexpr DirectionLetters kZoomLetters{'O', 'I'};
-constexpr DirectionLetters kIrisLetters{'C', 'P'};
-constexpr DirectionLetters kFocusLetters{'F', 'N'};
-constexpr DirectionLetters kStopPanLetters{'l', 'r'};
-constexpr DirectionLetters kStopTiltLetters{'d', 'u'};
-constexpr DirectionLetters kStopZoomLetters{'o', 'i'};
-constexpr DirectionLetters kStopIrisLetters{'c', 'p'};
-constexpr DirectionLetters kStopFocusLetters{'f', 'n'};
+using namespace ge_ascii;
 
 char Letter(const DirectionLetters& letters, int direction) {
     return direction < 0 ? letters.negative : letters.positive;
