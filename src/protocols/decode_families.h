@@ -14,5 +14,6 @@ std::unique_ptr<FrameReader> MakeSensormaticReader();
 std::unique_ptr<FrameReader> MakeBoschReader();
 std::unique_ptr<FrameReader> MakeGEImpacReader();
 std::unique_ptr<FrameReader> MakeGEASCIIReader();
+std::unique_ptr<FrameReader> MakePanasonicReader();
 
 }  // namespace vorna

@@ -21,6 +21,7 @@ const std::map<std::string, ReaderFactory>& Readers() {
         {VORNA_PROTOCOL_BOSCH, [] { return MakeBoschReader(); }},
         {VORNA_PROTOCOL_GE_IMPAC, [] { return MakeGEImpacReader(); }},
         {VORNA_PROTOCOL_GE_ASCII, [] { return MakeGEASCIIReader(); }},
+        {VORNA_PROTOCOL_PANASONIC, [] { return MakePanasonicReader(); }},
     };
     return readers;
 }

@@ -4,54 +4,13 @@
 #include <string>
 
 #include "protocols/axis_speed.h"
+#include "protocols/panasonic_wire.h"
 
 namespace vorna {
 
 namespace {
 
-constexpr char kStx = 0x02;
-constexpr char kEtx = 0x03;
-
-const char kAutoIrisOn[] = "0021032";
-const char kAutoIrisOff[] = "0021034";
-const char kAutoIrisFollowUp[] = "0021005";
-const char kAutoFocusOn[] = "9030055";
-const char kAutoFocusOff[] = "9030056";
-const char kMenuOpen[] = "0021940";
-const char kMenuClose[] = "0021941";
-const char kMenuUp[] = "0021942";
-const char kMenuRight[] = "0021943";
-const char kMenuDown[] = "0021944";
-const char kMenuLeft[] = "0021945";
-const char kMenuEnter[] = "002194A";
-const char kFlip[] = "20213D1";
-const char kStartRecordingPattern[] = "2021494";
-const char kStopRecordingPattern[] = "2021491";
-const char kRunPattern[] = "2021490";
-
-// Command prefixes followed by a number in hex.
-const char kMovePrefix[] = "902";
-const char kPresetPrefix[] = "90300";
-const char kIrisPrefix[] = "002";
-const char kFocusPrefix[] = "903400";
-
-// The iris command's number for open, close and stop.
-constexpr uint32_t kIrisOpen = 0x1002;
-constexpr uint32_t kIrisClose = 0x1003;
-constexpr uint32_t kIrisStop = 0x1004;
-
-// The focus command's digit for near, far and stop.
-constexpr uint32_t kFocusNear = 0x0;
-constexpr uint32_t kFocusFar = 0x4;
-constexpr uint32_t kFocusStop = 0x8;
-
-// Stored presets are numbered 99 above the recalled ones, which start at 0
-// for preset 1.
-constexpr uint32_t kStoredPresetOffset = 99;
-constexpr uint32_t kRecalledPresetOffset = 0u - 1;
-
-constexpr uint32_t kZoomStill = 0x8;
-constexpr uint32_t kZoomOutSpeeds = 0x4;
+using namespace panasonic;
 
 // Upper-case hex with at least `digits` digits; a number with more digits is
 // written whole, making the frame longer.
@@ -78,15 +37,7 @@ uint32_t ZoomNibble(int zoom) {
     return ((SpeedMagnitude(zoom) - 1) & 3) + (zoom < 0 ? kZoomOutSpeeds : 0);
 }
 
-uint32_t DirectionNibble(int pan, int tilt) {
-    // Rows: pan left, still, right. Columns: tilt down, still, up.
-    static const uint32_t kDirections[3][3] = {
-        {0xF, 0x8, 0x9},
-        {0xE, 0x1, 0xA},
-        {0xD, 0xC, 0xB},
-    };
-    return kDirections[Sign(pan) + 1][Sign(tilt) + 1];
-}
+uint32_t DirectionNibble(int pan, int tilt) { return kDirections[Sign(pan) + 1][Sign(tilt) + 1]; }
 
 // Sixteen speeds, four magnitudes to a step; larger magnitudes wrap.
 uint32_t SpeedNibble(int speed) {

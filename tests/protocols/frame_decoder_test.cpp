@@ -152,7 +152,7 @@ void ExpectRoundTrip(const std::string& name, unsigned seed) {
 }  // namespace
 
 TEST(FrameDecoder, RoundTripsEveryBuilder) {
-    for (const char* name : {"Pelco-D", "HSD-Pelco-D", "Pelco-P", "AD-RS422", "Bosch", "GE-Impac", "GE-ASCII"}) ExpectRoundTrip(name, 17);
+    for (const char* name : {"Pelco-D", "HSD-Pelco-D", "Pelco-P", "AD-RS422", "Bosch", "GE-Impac", "GE-ASCII", "Panasonic"}) ExpectRoundTrip(name, 17);
 }
 
 // Each read is fed on its own; every frame is summed up as
