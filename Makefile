@@ -4,7 +4,7 @@
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build check check-plain check-asan check-tsan demo bench install package clean
+.PHONY: all deps build check check-plain check-asan check-tsan check-fuzz fuzz fuzz-build demo bench install package clean
 
 all: build
 
@@ -29,7 +29,22 @@ check-tsan: deps
 	cmake --build build-tsan -j $(JOBS) --target vorna_core_tests vorna_e2e_tests
 	cd build-tsan && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure -j $(JOBS) -R 'Concurrency'
 
-check: check-plain check-asan check-tsan
+# Fuzz targets (fuzz/): clang with libFuzzer, AddressSanitizer and UBSan.
+# `make fuzz` runs each for FUZZ_SECONDS; check runs a short smoke of each.
+FUZZ_SECONDS ?= 60
+FUZZ_TARGETS := event alarm_event config_update config_file parse_depth
+fuzz-build: deps
+	CC=clang-14 CXX=clang++-14 cmake -S . -B build-fuzz -DVORNA_BUILD_FUZZ=ON -DVORNA_SANITIZE=address,undefined \
+		-DVORNA_BUILD_TESTS=OFF $(CMAKE_FLAGS) >/dev/null
+	cmake --build build-fuzz -j $(JOBS) --target $(FUZZ_TARGETS:%=%_fuzzer)
+
+fuzz: fuzz-build
+	bash scripts/fuzz $(FUZZ_SECONDS)
+
+check-fuzz: fuzz-build
+	bash scripts/fuzz 4
+
+check: check-plain check-asan check-tsan check-fuzz
 
 # The demo starts from the sample camera table every time: the module rewrites
 # VORNA.xml in its working directory.
@@ -63,4 +78,4 @@ package: deps
 	cp build-package/vorna_*.deb build/
 
 clean:
-	rm -rf build build-asan build-tsan build-bench build-package
+	rm -rf build build-asan build-tsan build-fuzz build-bench build-package
