@@ -316,4 +316,28 @@ TEST(VornaHost, RefusesToStartOnATableThatDoesNotLoad) {
     }
 }
 
+// A real line runs at its protocol's usual rate, is announced, echoed on
+// request and held exclusively: a second host gets a clear error.
+TEST(VornaHost, HoldsARealLineExclusivelyAndEchoesItsFrames) {
+    TempDir dir;
+    dir.Write("VORNA.xml", kOneCamera);
+    PseudoTerminal line;
+    HostProcess host({"--echo", "--line", "COM1=Pelco-D@" + line.slavePath}, dir.path);
+    host.Type("camera 1 1 1\nright\n");
+    ASSERT_EQ("FF 01 00 02 1F 00 22", Hex(line.Received(7)));
+    termios settings;
+    ASSERT_EQ(0, tcgetattr(line.slave, &settings));
+    EXPECT_EQ(B2400, cfgetospeed(&settings));
+
+    TempDir other;
+    HostProcess second({"--line", "COM1=Pelco-D@" + line.slavePath}, other.path);
+    EXPECT_EQ(1, second.Finish(3000));
+    EXPECT_EQ("vorna-host: --line COM1: " + line.slavePath + " is in use by another program; a line must have one writer\n",
+              second.err);
+
+    EXPECT_EQ(0, host.Finish(3000)) << host.err;
+    EXPECT_NE(std::string::npos, host.err.find("vorna-host: line COM1: " + line.slavePath + ", Pelco-D, 2400 baud\n"));
+    EXPECT_NE(std::string::npos, host.out.find(" ms  COM1  FF 01 00 02 1F 00 22\n")) << host.out;
+}
+
 }  // namespace

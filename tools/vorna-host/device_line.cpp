@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -47,6 +48,10 @@ bool ConfigureRaw8N1(int fd, speed_t speed) {
            tcsetattr(fd, TCSANOW, &settings) == 0;
 }
 
+std::string InUse(const std::string& path) {
+    return path + " is in use by another program; a line must have one writer";
+}
+
 }  // namespace
 
 bool LookUpBaud(int baud, speed_t& speed) {
@@ -77,7 +82,7 @@ std::unique_ptr<DeviceLine> DeviceLine::Open(const std::string& path, int baud, 
     // module's worker inside the host callback.
     const int fd = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) {
-        error = "cannot open " + path + ": " + std::strerror(errno);
+        error = errno == EBUSY ? InUse(path) : "cannot open " + path + ": " + std::strerror(errno);
         return nullptr;
     }
     if (!ConfigureRaw8N1(fd, speed)) {
@@ -85,6 +90,14 @@ std::unique_ptr<DeviceLine> DeviceLine::Open(const std::string& path, int baud, 
         close(fd);
         return nullptr;
     }
+    // Two programs writing one line garble each other's frames: the lock
+    // keeps out a second host, exclusive mode any other program.
+    if (flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        error = InUse(path);
+        close(fd);
+        return nullptr;
+    }
+    ioctl(fd, TIOCEXCL);
     return std::unique_ptr<DeviceLine>(new DeviceLine(fd));
 }
 
@@ -105,6 +118,7 @@ bool DeviceLine::Send(const uint8_t* bytes, size_t length, std::string& error) {
                 return false;
             }
         } else {
+            gone_ = errno == EIO || errno == ENXIO || errno == ENODEV;
             error = std::strerror(errno);
             return false;
         }

@@ -19,18 +19,22 @@ std::string SupportedBauds();
 
 class DeviceLine : public SerialLine {
 public:
-    // Opens and configures `path`; null with the reason in `error` when the
-    // device cannot be opened or is not a serial device.
+    // Opens and configures `path` for this host alone; null with the reason in
+    // `error` when the device cannot be opened, is not a serial device or is
+    // held by another program.
     static std::unique_ptr<DeviceLine> Open(const std::string& path, int baud, std::string& error);
     ~DeviceLine() override;
 
     bool Send(const uint8_t* bytes, size_t length, std::string& error) override;
     // What the driver reports still queued for output (TIOCOUTQ).
     size_t Unsent() override;
+    // True once a send found the device gone (an adapter unplugged).
+    bool Gone() const { return gone_; }
 
 private:
     explicit DeviceLine(int fd) : fd_(fd) {}
     int fd_;
+    bool gone_ = false;
 };
 
 }  // namespace vorna_host

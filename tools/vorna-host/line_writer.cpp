@@ -73,7 +73,7 @@ bool LineWriter::SendUnlocked(std::unique_lock<std::mutex>& lock, const std::str
     lock.unlock();
     std::string error;
     const bool sent = line_->Send(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(), error);
-    if (!sent) report_(error);
+    if (!sent && !error.empty()) report_(error);
     lock.lock();
     return sent;
 }

@@ -25,6 +25,7 @@
 #include "offline_runs.h"
 #include "options.h"
 #include "printed_line.h"
+#include "reopening_line.h"
 #include "session.h"
 #include "stop_on_exit.h"
 #include "stop_signal.h"
@@ -75,15 +76,16 @@ std::unique_ptr<LineWriter> MakeLineWriter(const LineOption& option, std::unique
 
 // Stream numbers count from 1: a camera on stream 0 is one whose line the
 // module does not know, and it sends nothing.
-bool OpenLines(const std::vector<LineOption>& wanted, std::chrono::steady_clock::time_point start, MessageRouter& router,
-               std::vector<LineBinding>& bindings, std::string& error) {
+bool OpenLines(const std::vector<LineOption>& wanted, bool echo, std::chrono::steady_clock::time_point start,
+               MessageRouter& router, std::vector<LineBinding>& bindings, std::string& error) {
     for (size_t i = 0; i < wanted.size(); ++i) {
         const LineOption& option = wanted[i];
         std::unique_ptr<SerialLine> line;
         if (option.device.empty()) {
             line.reset(new PrintedLine(option.name, FindKnownProtocol(option.protocol)->textFrames, start, stdout));
         } else {
-            line = DeviceLine::Open(option.device, option.baud, error);
+            line = OpenRealLine(option, echo, start, [&router](const std::string& text) { router.Report(text); },
+                                error);
             if (!line) {
                 error = "--line " + option.name + ": " + error;
                 return false;
@@ -126,7 +128,7 @@ int RunHost(const std::vector<std::string>& args) {
     if (input < 0) return Fail(kStartError, error);
     MessageRouter router(stderr);
     std::vector<LineBinding> bindings;
-    if (!OpenLines(options.lines, start, router, bindings, error)) return Fail(kStartError, error);
+    if (!OpenLines(options.lines, options.echo, start, router, bindings, error)) return Fail(kStartError, error);
     std::unique_ptr<ModuleDriver> module = ModuleDriver::Open(modulePath, error);
     if (!module) return Fail(kStartError, "cannot load module " + modulePath + ": " + error);
     if (!options.workDir.empty() && chdir(options.workDir.c_str()) != 0)

@@ -4,6 +4,7 @@
 
 #include "device_line.h"
 #include "known_protocols.h"
+#include "protocol_limits.h"
 
 namespace vorna_host {
 
@@ -21,6 +22,7 @@ bool SplitDevice(const std::string& text, LineOption& line, std::string& error) 
     const std::string tail = colon == std::string::npos ? std::string() : text.substr(colon + 1);
     if (colon == std::string::npos || (!tail.empty() && !AllDigits(tail))) {
         line.device = text;
+        line.baud = UsualBaud(line.protocol);
         return true;
     }
     line.device = text.substr(0, colon);
@@ -83,6 +85,7 @@ bool* FlagOption(const std::string& arg, HostOptions& options) {
     if (arg == "--check") return &options.check;
     if (arg == "--accept-bad-config") return &options.acceptBadConfig;
     if (arg == "--version") return &options.version;
+    if (arg == "--echo") return &options.echo;
     return nullptr;
 }
 
@@ -150,7 +153,9 @@ std::string UsageText() {
            "  --version      print the versions of vorna-host and of the module\n"
            "  --line NAME=PROTOCOL[@DEVICE[:BAUD]]\n"
            "                 a serial line; repeatable. Without a device the line is\n"
-           "                 virtual and its frames are printed. BAUD defaults to 9600.\n"
+           "                 virtual and its frames are printed. BAUD defaults to the\n"
+           "                 protocol's usual rate (Pelco-D 2400, Panasonic 9600, ...).\n"
+           "  --echo         print the frames of real lines as virtual lines show them\n"
            "\n"
            "Protocols: " + KnownProtocolNames() + "\n"
            "Baud rates: " + SupportedBauds() + "\n";

@@ -13,7 +13,7 @@ struct LineOption {
     std::string name;      // the port name cameras refer to, e.g. "COM1"
     std::string protocol;  // one of the module's protocol names
     std::string device;    // empty: a virtual line printed to standard output
-    int baud = kDefaultBaud;
+    int baud = kDefaultBaud;  // a real line without one: the protocol's usual rate
 };
 
 struct HostOptions {
@@ -26,6 +26,7 @@ struct HostOptions {
     bool check = false;            // check VORNA.xml against the lines and end
     bool acceptBadConfig = false;  // start even when VORNA.xml does not load
     bool version = false;
+    bool echo = false;  // print the frames of real lines as virtual lines show theirs
 };
 
 // Both return false with a message naming the offending argument.

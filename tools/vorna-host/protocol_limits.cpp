@@ -31,24 +31,27 @@ constexpr int kNoSpeedField = 255;
 // GE-Impac: seven bits hold magnitude / 2 and 8 x magnitude.
 // AD MegaPower: keyboard speed digits up to magnitude 55 (AD-M3200) or 63
 // (AD-MP48); zoom keys carry no speed.
-struct SpeedLimits {
+// The usual baud rate rides along: a switcher keyboard port (AD MegaPower)
+// runs at 1200.
+struct WireLimits {
     const char* protocol;
     int pan, tilt, zoom;
+    int usualBaud;
 };
 
-const SpeedLimits kSpeedLimits[] = {
-    {"Pelco-D", 63, 63, 255},
-    {"HSD-Pelco-D", 63, 63, 255},
-    {"Pelco-P", 63, 63, 255},
-    {"Panasonic", 63, 63, 3},
-    {"AD-RS422", 254, 254, kNoSpeedField},
-    {"Bosch", 66, 66, 7},
-    {"GE-ASCII", 200, 200, 11},
-    {"GE-Impac", 254, 254, 14},
-    {"AD-M3200", 54, 54, kNoSpeedField},
-    {"AD-M3200 Multi", 54, 54, kNoSpeedField},
-    {"AD-MP48", 62, 62, kNoSpeedField},
-    {"AD-MP48 Multi", 62, 62, kNoSpeedField},
+const WireLimits kWireLimits[] = {
+    {"Pelco-D", 63, 63, 255, 2400},
+    {"HSD-Pelco-D", 63, 63, 255, 2400},
+    {"Pelco-P", 63, 63, 255, 4800},
+    {"Panasonic", 63, 63, 3, 9600},
+    {"AD-RS422", 254, 254, kNoSpeedField, 4800},
+    {"Bosch", 66, 66, 7, 9600},
+    {"GE-ASCII", 200, 200, 11, 9600},
+    {"GE-Impac", 254, 254, 14, 9600},
+    {"AD-M3200", 54, 54, kNoSpeedField, 1200},
+    {"AD-M3200 Multi", 54, 54, kNoSpeedField, 1200},
+    {"AD-MP48", 62, 62, kNoSpeedField, 1200},
+    {"AD-MP48 Multi", 62, 62, kNoSpeedField, 1200},
 };
 
 struct Surprise {
@@ -62,8 +65,8 @@ const Surprise kSurprises[] = {
                                "preset %d"},
 };
 
-const SpeedLimits* FindSpeedLimits(const std::string& protocol) {
-    for (const SpeedLimits& limits : kSpeedLimits)
+const WireLimits* FindWireLimits(const std::string& protocol) {
+    for (const WireLimits& limits : kWireLimits)
         if (protocol == limits.protocol) return &limits;
     return nullptr;
 }
@@ -81,7 +84,7 @@ std::string CheckSpeed(const char* axis, double setting, int highest, const std:
 std::string CheckCall(const OpcodeCall& call, const std::string& protocol, const ProtocolLimits& limits) {
     if (call.opcode < 0 || call.opcode >= kOpcodeCount) return "opcodes are " + Range(0, kOpcodeCount - 1);
     if (protocol.empty()) return std::string();
-    const SpeedLimits* speeds = FindSpeedLimits(protocol);
+    const WireLimits* speeds = FindWireLimits(protocol);
     switch (call.opcode) {
         case kSetPanSpeed:
             return speeds ? CheckSpeed("pan", call.parm, speeds->pan, protocol) : std::string();
@@ -127,6 +130,11 @@ std::string SurprisingEffect(const std::vector<OpcodeCall>& calls, const std::st
         }
     }
     return std::string();
+}
+
+int UsualBaud(const std::string& protocol) {
+    const WireLimits* limits = FindWireLimits(protocol);
+    return limits ? limits->usualBaud : 9600;
 }
 
 bool OnlySettings(const std::vector<OpcodeCall>& calls) {

@@ -28,4 +28,7 @@ std::string SurprisingEffect(const std::vector<OpcodeCall>& calls, const std::st
 // frames (speeds), so that no frame is expected.
 bool OnlySettings(const std::vector<OpcodeCall>& calls);
 
+// The baud rate cameras of `protocol` usually leave the factory with.
+int UsualBaud(const std::string& protocol);
+
 }  // namespace vorna_host

@@ -17,7 +17,7 @@ public:
 
     virtual ~SerialLine() = default;
     // Sends one whole frame; false when it could not be sent, with the reason
-    // in `error`.
+    // in `error` (empty when the line reported the reason itself).
     virtual bool Send(const uint8_t* bytes, size_t length, std::string& error) = 0;
     // Bytes handed to the driver that have not left yet.
     virtual size_t Unsent() { return 0; }
