@@ -25,6 +25,7 @@ if(TARGET vorna-host)
 endif()
 
 install(FILES examples/VORNA.xml examples/demo.script DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 # Manual pages and the changelog, compressed as Debian ships them: scdoc turns

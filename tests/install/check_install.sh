@@ -21,3 +21,13 @@ case $module in "$stage"/*) ;; *) module=$stage$module ;; esac
 test -f "$module"
 cd "$root/work"
 "$root/install_host" "$module" "$version"
+
+# The capability table of the installed configuration reference is what the
+# module wrote into VORNA.xml.
+awk -F' *[|] *' '/^[|] Name [|] Presets/ { table = 1; next }
+  table && /^[|]---/ { next }
+  table && !/^[|]/ { exit }
+  table { printf "<Protocol Name=\"%s\" Presets=\"%s\" MinAddress=\"%s\" MaxAddress=\"%s\" AutoFocus=\"%s\" AutoIris=\"%s\" ArbCmd=\"%s\" Menu=\"%s\" Flip=\"%s\" ApplePeel=\"%s\" Delay=\"%s\" Pattern=\"%s\" />\n", $2, $3, $4, $5, $6, $7, $8, $9, $10, $11, $12, $13 }' \
+  "$(find "$stage" -name configuration.md)" >"$root/documented"
+sed -n 's/^ *<Protocol /<Protocol /p' VORNA.xml >"$root/written"
+diff "$root/documented" "$root/written"
