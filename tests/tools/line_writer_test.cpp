@@ -2,6 +2,7 @@
 // order, and when, for a line the module floods with repeating frames.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <map>
 #include <vector>
 
@@ -14,8 +15,9 @@ using std::chrono::milliseconds;
 
 namespace {
 
-// Test messages read "<camera><kind><tag>", kind M (motion), S (stop),
-// P (preset), U (unreadable), padded to the 18 bytes of a Panasonic frame.
+// Test messages read "<camera><kind>[axes][tag]", kind M (motion), S (stop),
+// P (preset), U (unreadable), axes p, t, z (default: all three), padded to the
+// 18 bytes of a Panasonic frame.
 constexpr size_t kFrameBytes = 18;
 
 std::string Message(const std::string& text) { return text + std::string(kFrameBytes - text.size(), '.'); }
@@ -27,7 +29,10 @@ MessageClass ReadTestMessage(const std::string& bytes) {
         {'M', MessageKind::kMotion}, {'S', MessageKind::kStop}, {'P', MessageKind::kOther}};
     const size_t kindAt = bytes.find_first_not_of("0123456789");
     if (kindAt == 0 || kinds.count(bytes[kindAt]) == 0) return MessageClass{};
-    return MessageClass{std::stoi(bytes.substr(0, kindAt)), kinds.at(bytes[kindAt])};
+    unsigned axes = 0;
+    for (size_t at = kindAt + 1; at < bytes.size() && std::islower(bytes[at]); ++at)
+        axes |= bytes[at] == 'p' ? kPan : bytes[at] == 't' ? kTilt : kZoom;
+    return MessageClass{std::stoi(bytes.substr(0, kindAt)), kinds.at(bytes[kindAt]), axes ? axes : kPan | kTilt | kZoom};
 }
 
 class FakeDevice : public SerialLine {
@@ -93,6 +98,8 @@ TEST(LineWriter, WaitingMessagesGoOutInTheirTurn) {
     } rows[] = {
         {"newest motion wins", false, {"1M1", "1M2", "1M3"}, {"1M3"}},
         {"a stop replaces the waiting motion", false, {"1M1", "1S"}, {"1S"}},
+        {"a stop of one axis leaves the others' waiting", false, {"1Sp", "1St", "1Sz"}, {"1Sp", "1St", "1Sz"}},
+        {"a stop of every axis replaces each axis's motion", false, {"1Mp", "2P1", "1Mt", "1S"}, {"1S", "2P1"}},
         {"a replacement keeps its place", false, {"1M1", "2P1", "1M2"}, {"1M2", "2P1"}},
         {"presets keep their order", false, {"1P1", "1P2", "1M1", "1P3"}, {"1P1", "1P2", "1M1", "1P3"}},
         {"a stop goes before other cameras", false, {"2P1", "2P2", "3M1", "1S"}, {"1S", "2P1", "2P2", "3M1"}},

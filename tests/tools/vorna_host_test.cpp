@@ -38,6 +38,13 @@ std::string ReadFile(const std::string& path) {
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
+// The stops of every axis of a Pelco-D camera are one frame each; once one
+// is waiting for the wire the next ones replace it, so one or two go out.
+bool StopsOfAddressOne(const std::string& hex) {
+    const std::string stop = "FF 01 00 00 00 00 01";
+    return hex == stop || hex == stop + " " + stop;
+}
+
 size_t Count(const std::string& text, const std::string& part) {
     size_t count = 0;
     for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
@@ -72,6 +79,15 @@ public:
         return bytes;
     }
 
+    // Everything the host wrote that was not read yet, once it has ended.
+    std::string Rest() {
+        std::string bytes;
+        char chunk[256];
+        for (ssize_t count; (count = read(master, chunk, sizeof chunk)) > 0;)
+            bytes.append(chunk, static_cast<size_t>(count));
+        return bytes;
+    }
+
     int master = -1;
     int slave = -1;
     std::string slavePath;
@@ -85,11 +101,11 @@ TEST(VornaHost, WritesWholeFramesToARawLineAtTheAskedBaudRate) {
     host.Type("camera 1 1 1\nright\nstop\npreset goto 5\nquit\n");
     ASSERT_EQ(0, host.Finish(3000)) << host.err;
 
-    EXPECT_EQ("FF 01 00 02 1F 00 22 "
-              "FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 "
-              "FF 01 00 07 00 05 0D "
-              "FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 FF 01 00 00 00 00 01",
-              Hex(line.Received(56)));
+    // The three stops of the 'stop' command arrive while the pan is still on
+    // the wire: the last one stands for them all.
+    const std::string sent = line.Rest();
+    EXPECT_EQ("FF 01 00 02 1F 00 22 FF 01 00 00 00 00 01 FF 01 00 07 00 05 0D", Hex(sent.substr(0, 21)));
+    EXPECT_TRUE(StopsOfAddressOne(Hex(sent.substr(21)))) << Hex(sent);
     termios settings;
     ASSERT_EQ(0, tcgetattr(line.slave, &settings));
     EXPECT_EQ(B2400, cfgetospeed(&settings));
@@ -161,7 +177,9 @@ TEST(VornaHost, ReportsBadCommandLinesByNumberAndGoesOn) {
              "vorna-host: line 6: cannot read missing.xml: No such file or directory\n",
          })
         EXPECT_NE(std::string::npos, host.err.find(error)) << error << host.err;
-    EXPECT_EQ(4u, Count(host.out, "COM1  FF")) << "one pan and the three stops at the end\n" << host.out;
+    const size_t stops = Count(host.out, "COM1  FF 01 00 00 00 00 01");
+    EXPECT_TRUE(stops == 1 || stops == 2) << host.out;
+    EXPECT_EQ(1 + stops, Count(host.out, "COM1  FF")) << "one pan and the stops at the end\n" << host.out;
     EXPECT_NE(std::string::npos, host.out.find("COM1  FF 01 00 02 1F 00 22\n"));
 }
 
@@ -204,7 +222,7 @@ TEST(VornaHost, StopsWhatItMovedOnEveryWayOfEnding) {
         ASSERT_EQ("FF 01 00 02 1F 00 22", Hex(line.Received(7))) << name;
         end(host);
         EXPECT_EQ(0, host.Finish(3000)) << name << host.err;
-        EXPECT_EQ("FF 01 00 00 00 00 01 FF 01 00 00 00 00 01 FF 01 00 00 00 00 01", Hex(line.Received(21))) << name;
+        EXPECT_TRUE(StopsOfAddressOne(Hex(line.Rest()))) << name;
         EXPECT_NE(std::string::npos, host.err.find("vorna-host: stopping pan, tilt, zoom, iris and focus of 1 camera "
                                                     "before closing\n"))
             << name << host.err;

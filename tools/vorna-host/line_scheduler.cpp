@@ -27,18 +27,24 @@ uint64_t LineScheduler::Add(std::string bytes, std::chrono::steady_clock::time_p
     const uint64_t arrival = ++arrivals_;
     WaitingMessage message{std::move(bytes), handedOver, arrival};
     CameraQueue& queue = cameras_[found.camera];
-    if (SetsMotion(found.kind) && ReplaceWaitingMotion(queue, message, found.kind)) return arrival;
-    queue.push_back(Entry{std::move(message), found.kind, ++turns_});
+    if (SetsMotion(found.kind) && ReplaceWaitingMotion(queue, message, found)) return arrival;
+    queue.push_back(Entry{std::move(message), found.kind, found.axes, ++turns_});
     ++waiting_;
     return arrival;
 }
 
-bool LineScheduler::ReplaceWaitingMotion(CameraQueue& queue, WaitingMessage& message, MessageKind kind) {
-    const auto waiting = std::find_if(queue.begin(), queue.end(), [](const Entry& entry) { return SetsMotion(entry.kind); });
-    if (waiting == queue.end()) return false;
-    waiting->message = std::move(message);
-    waiting->kind = kind;
-    ++replaced_;
+bool LineScheduler::ReplaceWaitingMotion(CameraQueue& queue, WaitingMessage& message, const MessageClass& found) {
+    const auto overtaken = [&found](const Entry& entry) {
+        return SetsMotion(entry.kind) && entry.axes != 0 && found.axes != 0 && (entry.axes & ~found.axes) == 0;
+    };
+    const auto first = std::find_if(queue.begin(), queue.end(), overtaken);
+    if (first == queue.end()) return false;
+    *first = Entry{std::move(message), found.kind, found.axes, first->turn};
+    const auto kept = std::remove_if(first + 1, queue.end(), overtaken);
+    const size_t dropped = static_cast<size_t>(queue.end() - kept);
+    queue.erase(kept, queue.end());
+    waiting_ -= dropped;
+    replaced_ += 1 + dropped;
     return true;
 }
 

@@ -3,8 +3,9 @@
 // that (repeating protocols, many moving cameras), the waiting frames must not
 // pile up in front of an operator's stop. So, per camera:
 //   - newest motion wins: a motion or stop message replaces the camera's
-//     motion message that is still waiting, in its place in line, since only
-//     the last motion a camera was told counts;
+//     waiting motion messages for the axes it sets too (taking the place in
+//     line of the first), since only the last motion a camera was told counts;
+//     a pan stop never replaces a waiting tilt stop;
 //   - every other message (presets, menus, patterns, raw commands) keeps its
 //     place and order, and so do messages nobody can read (all in one queue);
 //   - a camera with a stop waiting goes before every camera without one;
@@ -32,9 +33,13 @@ enum class MessageKind {
     kUnknown,  // not readable as frames of the line's protocol
 };
 
+// The axes a motion or stop message sets, as bits.
+enum Axis : unsigned { kPan = 1, kTilt = 2, kZoom = 4, kIris = 8, kFocus = 16 };
+
 struct MessageClass {
     int camera = -1;  // the address on the line; -1 when the message names none
     MessageKind kind = MessageKind::kUnknown;
+    unsigned axes = 0;  // for motion and stops; 0 when they cannot be told, and then nothing is replaced
 };
 
 using MessageClassifier = std::function<MessageClass(const std::string& bytes)>;
@@ -66,12 +71,13 @@ private:
     struct Entry {
         WaitingMessage message;
         MessageKind kind;
+        unsigned axes;
         uint64_t turn;  // place in line between cameras; kept by a replacement
     };
     using CameraQueue = std::deque<Entry>;
 
     MessageClass Classify(const std::string& bytes) const;
-    bool ReplaceWaitingMotion(CameraQueue& queue, WaitingMessage& message, MessageKind kind);
+    bool ReplaceWaitingMotion(CameraQueue& queue, WaitingMessage& message, const MessageClass& found);
     CameraQueue* NextCamera();
 
     MessageClassifier classify_;

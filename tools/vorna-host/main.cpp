@@ -19,6 +19,7 @@
 #include "known_protocols.h"
 #include "line_scheduler.h"
 #include "line_writer.h"
+#include "message_class.h"
 #include "line_reader.h"
 #include "message_router.h"
 #include "module_driver.h"
@@ -66,8 +67,7 @@ std::string DefaultModulePath() {
 
 std::unique_ptr<LineWriter> MakeLineWriter(const LineOption& option, std::unique_ptr<SerialLine> line,
                                            MessageRouter& router) {
-    LineScheduler scheduler([](const std::string&) { return MessageClass{}; },
-                            FindKnownProtocol(option.protocol)->keepsLineOrder);
+    LineScheduler scheduler(ClassifierFor(option.protocol), FindKnownProtocol(option.protocol)->keepsLineOrder);
     return std::make_unique<LineWriter>(std::move(line), std::move(scheduler), option.baud,
                                         [&router, name = option.name](const std::string& problem) {
                                             router.Report("line " + name + ": " + problem);
