@@ -3,32 +3,13 @@
 #include <algorithm>
 #include <string>
 
+#include "protocols/ad_megapower_wire.h"
+
 namespace vorna {
 
 namespace {
 
-constexpr size_t kChannelCount = 4;
-// The monitor used for every selection without multi mode.
-constexpr int kSingleMonitor = 6;
-
-constexpr char kPresetSetKey = '^';
-constexpr char kPresetGoToKey = '\\';
-constexpr char kPatternKey = '\'';
-// Special functions: a number, then '%'.
-const char kLensAutoFunction[] = "69%";
-const char kFlipFunction[] = "19%";
-const char kApplePeelFunction[] = "44%";
-
-// Pattern codes: recording starts at 120 + number and stops with 120,
-// running starts at 20 + number.
-constexpr int kRecordPatternBase = 120;
-constexpr int kStopRecordingCode = 120;
-constexpr int kPatternAction2Code = 130;
-constexpr int kRunPatternBase = 20;
-
-char ChannelLetter(uint32_t channel) { return static_cast<char>('a' + channel); }
-
-bool IsChannelLetter(char c) { return c >= 'a' && c <= 'd'; }
+using namespace ad_megapower;
 
 // Numbers are written as given, so a code beyond the int range wraps as the
 // 32-bit sum it is instead of overflowing.

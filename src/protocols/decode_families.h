@@ -15,5 +15,7 @@ std::unique_ptr<FrameReader> MakeBoschReader();
 std::unique_ptr<FrameReader> MakeGEImpacReader();
 std::unique_ptr<FrameReader> MakeGEASCIIReader();
 std::unique_ptr<FrameReader> MakePanasonicReader();
+// The MegaPower 48 pans and tilts through keys of their own.
+std::unique_ptr<FrameReader> MakeAdMegaPowerReader(bool mp48);
 
 }  // namespace vorna

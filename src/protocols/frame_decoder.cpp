@@ -22,6 +22,10 @@ const std::map<std::string, ReaderFactory>& Readers() {
         {VORNA_PROTOCOL_GE_IMPAC, [] { return MakeGEImpacReader(); }},
         {VORNA_PROTOCOL_GE_ASCII, [] { return MakeGEASCIIReader(); }},
         {VORNA_PROTOCOL_PANASONIC, [] { return MakePanasonicReader(); }},
+        {VORNA_PROTOCOL_AD_M3200, [] { return MakeAdMegaPowerReader(false); }},
+        {VORNA_PROTOCOL_AD_M3200_MULTI, [] { return MakeAdMegaPowerReader(false); }},
+        {VORNA_PROTOCOL_AD_MP48, [] { return MakeAdMegaPowerReader(true); }},
+        {VORNA_PROTOCOL_AD_MP48_MULTI, [] { return MakeAdMegaPowerReader(true); }},
     };
     return readers;
 }

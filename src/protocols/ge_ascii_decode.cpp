@@ -10,6 +10,9 @@ namespace {
 using namespace ge_ascii;
 
 bool IsDigit(uint8_t c) { return c >= '0' && c <= '9'; }
+// Address digits are counted from '0' without a range check, so an address
+// out of range gives other printable characters.
+bool IsAddressCharacter(uint8_t c) { return c >= ' ' && c < kFrameEnd; }
 
 // Pan and tilt value s is half the magnitude less one, and 1 for the slowest
 // magnitudes: magnitude 2 * (s + 1) reads back as s, and 2 as 1.
@@ -17,12 +20,12 @@ int PanTiltMagnitude(int value) { return value == 1 ? 2 : 2 * (value + 1); }
 
 class GEASCIIReader : public FrameReader {
 public:
-    // The address digits and the end mark tell a frame; the value and command
-    // positions may carry any byte (raw commands).
+    // The address characters and the end mark tell a frame; the value and
+    // command positions may carry any byte (raw commands).
     FrameSpan Measure(const uint8_t* data, size_t size) const override {
         const size_t seen = size < kFrameSize ? size : static_cast<size_t>(kFrameSize);
         for (size_t at = kAddressAt; at < seen && at < kFrameEndAt; ++at) {
-            if (!IsDigit(data[at])) return FrameSpan::NoStart();
+            if (!IsAddressCharacter(data[at])) return FrameSpan::NoStart();
         }
         if (seen < kFrameSize) return FrameSpan::NeedMore();
         if (data[kFrameEndAt] != kFrameEnd) return FrameSpan::NoStart();
@@ -33,7 +36,8 @@ public:
         frame.address = 0;
         for (int at = kAddressAt; at < kAddressAt + kAddressDigits; ++at) frame.address = frame.address * 10 + data[at] - '0';
         const char command = static_cast<char>(data[kCommandAt]);
-        if (IsDigit(data[kValueTensAt]) && IsDigit(data[kValueOnesAt]) &&
+        // Tens are counted from '0' without a range check.
+        if (data[kValueTensAt] >= '0' && IsDigit(data[kValueOnesAt]) &&
             DecodeCommand(command, (data[kValueTensAt] - '0') * 10 + data[kValueOnesAt] - '0', frame)) {
             return;
         }

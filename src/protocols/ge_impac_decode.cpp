@@ -10,11 +10,13 @@ namespace {
 using namespace ge_impac;
 
 // A move speed byte: 0 still; the top bit for right, up or in. Pan and tilt
-// carry half the magnitude, zoom eight times it.
+// carry half the magnitude, zoom eight times it. The top bit alone is a
+// negative speed that ran into it.
 int Speed(uint8_t byte, int perMagnitudeTimesTwo) {
     if (byte == 0) return 0;
-    const int size = (byte & 0x7F) * 2 / perMagnitudeTimesTwo;
-    return (byte & kPositiveDirection) != 0 ? size : -size;
+    const bool positive = (byte & kPositiveDirection) != 0 && byte != kPositiveDirection;
+    const int size = (positive ? byte & 0x7F : byte) * 2 / perMagnitudeTimesTwo;
+    return positive ? size : -size;
 }
 
 constexpr int kPanTiltScale = 1;

@@ -99,7 +99,7 @@ public:
             }
         }
         if (command.size() == kCommandDigits && DecodeNumbered(command, frame)) return;
-        if (command.size() > kLongestNumber || !DecodePreset(command, frame)) {
+        if (!DecodePreset(command, frame)) {
             const uint32_t value = HexValue(command.data(), command.size() < kLongestNumber ? command.size() : kLongestNumber);
             Describe(frame, "RawCommand", {static_cast<int>(value)}, FrameKind::kOther, RawWords(value));
         }

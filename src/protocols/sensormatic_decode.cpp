@@ -9,8 +9,6 @@ namespace {
 
 using namespace sensormatic;
 
-constexpr int kFirstAddress = 1;
-constexpr int kLastAddress = 99;
 constexpr size_t kShortFrame = 3;
 // Patterns 0 to 3 record from kRecordPatternBase; runs reach up to the
 // stop-recording command.
@@ -27,11 +25,9 @@ void Raw(DecodedFrame& frame, uint32_t value, FrameKind kind, std::string words)
 
 class SensormaticReader : public FrameReader {
 public:
-    // No sync byte: an address in range and a zero-sum frame mark a frame. A
-    // command with data bytes may also come alone (a raw command), which its
-    // zero sum tells.
+    // No sync byte: only the zero sum marks a frame. A command with data
+    // bytes may also come alone (a raw command), which its zero sum tells.
     FrameSpan Measure(const uint8_t* data, size_t size) const override {
-        if (data[0] < kFirstAddress || data[0] > kLastAddress) return FrameSpan::NoStart();
         if (size < 2) return FrameSpan::NeedMore();
         const size_t length = FrameLength(data[1]);
         if (size >= length && Checksum(data, length - 1) == data[length - 1]) return FrameSpan::Valid(length);
