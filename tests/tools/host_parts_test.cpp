@@ -16,10 +16,12 @@ TEST(HostOptions, LineOptionsNameProtocolDeviceAndBaud) {
         const char* device;
         int baud;
     } rows[] = {
-        {"COM1=Pelco-D", "COM1", "Pelco-D", "", 9600},
+        {"COM1=Pelco-D", "COM1", "Pelco-D", "", 2400},
+        {"COM4=Panasonic:2400", "COM4", "Panasonic", "", 2400},
         {"COM2=AD-M3200 Multi@/dev/ttyUSB0:2400", "COM2", "AD-M3200 Multi", "/dev/ttyUSB0", 2400},
         {"COM3=Bosch@/dev/serial/by-path/pci-0000:00:14.0-usb-0:2:1.0-port0", "COM3", "Bosch",
          "/dev/serial/by-path/pci-0000:00:14.0-usb-0:2:1.0-port0", 9600},
+        {"COM5=AD-MP48", "COM5", "AD-MP48", "", 1200},
     };
     for (const auto& row : rows) {
         LineOption line;
@@ -37,12 +39,14 @@ TEST(HostOptions, BadLineOptionsSayWhy) {
         const char* text;
         const char* error;
     } rows[] = {
-        {"COM1", "--line 'COM1': expected NAME=PROTOCOL[@DEVICE[:BAUD]]"},
-        {"=Pelco-D", "--line '=Pelco-D': expected NAME=PROTOCOL[@DEVICE[:BAUD]]"},
+        {"COM1", "--line 'COM1': expected NAME=PROTOCOL[@DEVICE][:BAUD]"},
+        {"=Pelco-D", "--line '=Pelco-D': expected NAME=PROTOCOL[@DEVICE][:BAUD]"},
         {"COM1=pelco-d", "--line 'COM1=pelco-d': unknown protocol 'pelco-d' (known: Pelco-D, HSD-Pelco-D, "
                          "Pelco-P, Panasonic, AD-RS422, Bosch, GE-ASCII, GE-Impac, AD-M3200, AD-M3200 Multi, "
                          "AD-MP48, AD-MP48 Multi)"},
         {"COM1=Pelco-D@", "--line 'COM1=Pelco-D@': no device after '@'"},
+        {"COM1=Pelco-D:300", "--line 'COM1=Pelco-D:300': bad baud rate '300' (supported: 1200, 2400, 4800, 9600, "
+                             "19200, 38400, 57600, 115200)"},
         {"COM1=Pelco-D@/dev/ttyS0:", "--line 'COM1=Pelco-D@/dev/ttyS0:': bad baud rate '' (supported: 1200, 2400, "
                                      "4800, 9600, 19200, 38400, 57600, 115200)"},
     };

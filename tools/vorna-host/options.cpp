@@ -14,6 +14,14 @@ bool AllDigits(const std::string& text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
 }
 
+bool TakeBaud(const std::string& digits, LineOption& line, std::string& error) {
+    line.baud = AllDigits(digits) && digits.size() <= 7 ? std::stoi(digits) : 0;
+    speed_t speed;
+    if (LookUpBaud(line.baud, speed)) return true;
+    error = "bad baud rate '" + digits + "' (supported: " + SupportedBauds() + ")";
+    return false;
+}
+
 // Splits "DEVICE[:BAUD]". Device paths may contain colons themselves
 // (/dev/serial/by-path/...), so only an all-digit tail after the last colon,
 // or an empty one, is taken as the baud rate.
@@ -22,31 +30,31 @@ bool SplitDevice(const std::string& text, LineOption& line, std::string& error) 
     const std::string tail = colon == std::string::npos ? std::string() : text.substr(colon + 1);
     if (colon == std::string::npos || (!tail.empty() && !AllDigits(tail))) {
         line.device = text;
-        line.baud = UsualBaud(line.protocol);
         return true;
     }
     line.device = text.substr(0, colon);
-    line.baud = AllDigits(tail) && tail.size() <= 7 ? std::stoi(tail) : 0;
-    speed_t speed;
-    if (LookUpBaud(line.baud, speed)) return true;
-    error = "bad baud rate '" + tail + "' (supported: " + SupportedBauds() + ")";
-    return false;
+    return TakeBaud(tail, line, error);
 }
 
+// A virtual line has a baud rate too: its frames show when they would have
+// left a real line at that rate.
 bool ParseLineParts(const std::string& text, LineOption& line, std::string& error) {
     const size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0) {
-        error = "expected NAME=PROTOCOL[@DEVICE[:BAUD]]";
+        error = "expected NAME=PROTOCOL[@DEVICE][:BAUD]";
         return false;
     }
     line.name = text.substr(0, equals);
     const size_t at = text.find('@', equals);
-    line.protocol = text.substr(equals + 1, at == std::string::npos ? std::string::npos : at - equals - 1);
+    const size_t protocolEnd = at != std::string::npos ? at : text.find(':', equals);
+    line.protocol = text.substr(equals + 1, protocolEnd == std::string::npos ? std::string::npos : protocolEnd - equals - 1);
     if (FindKnownProtocol(line.protocol) == nullptr) {
         error = "unknown protocol '" + line.protocol + "' (known: " + KnownProtocolNames() + ")";
         return false;
     }
-    if (at == std::string::npos) return true;
+    line.baud = UsualBaud(line.protocol);
+    if (protocolEnd == std::string::npos) return true;
+    if (at == std::string::npos) return TakeBaud(text.substr(protocolEnd + 1), line, error);
     if (at + 1 == text.size()) {
         error = "no device after '@'";
         return false;
@@ -134,7 +142,7 @@ bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, st
 
 std::string UsageText() {
     return "usage: vorna-host [--module LIB] [--workdir DIR] [--script FILE] [--yes]\n"
-           "                  [--accept-bad-config] [--line NAME=PROTOCOL[@DEVICE[:BAUD]]]...\n"
+           "                  [--accept-bad-config] [--line NAME=PROTOCOL[@DEVICE][:BAUD]]...\n"
            "       vorna-host --check [--workdir DIR] [--line ...]...\n"
            "       vorna-host --version\n"
            "\n"
@@ -151,10 +159,11 @@ std::string UsageText() {
            "                 start even when VORNA.xml does not load (the module keeps\n"
            "                 it as VORNA.xml.bad and starts without cameras)\n"
            "  --version      print the versions of vorna-host and of the module\n"
-           "  --line NAME=PROTOCOL[@DEVICE[:BAUD]]\n"
+           "  --line NAME=PROTOCOL[@DEVICE][:BAUD]\n"
            "                 a serial line; repeatable. Without a device the line is\n"
-           "                 virtual and its frames are printed. BAUD defaults to the\n"
-           "                 protocol's usual rate (Pelco-D 2400, Panasonic 9600, ...).\n"
+           "                 virtual and its frames are printed when they would have\n"
+           "                 left the wire. BAUD defaults to the protocol's usual rate\n"
+           "                 (Pelco-D 2400, Panasonic 9600, ...).\n"
            "  --echo         print the frames of real lines as virtual lines show them\n"
            "\n"
            "Protocols: " + KnownProtocolNames() + "\n"

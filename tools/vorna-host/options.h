@@ -8,12 +8,12 @@ namespace vorna_host {
 
 constexpr int kDefaultBaud = 9600;
 
-// --line NAME=PROTOCOL[@DEVICE[:BAUD]]
+// --line NAME=PROTOCOL[@DEVICE][:BAUD]
 struct LineOption {
     std::string name;      // the port name cameras refer to, e.g. "COM1"
     std::string protocol;  // one of the module's protocol names
     std::string device;    // empty: a virtual line printed to standard output
-    int baud = kDefaultBaud;  // a real line without one: the protocol's usual rate
+    int baud = kDefaultBaud;  // without one given: the protocol's usual rate
 };
 
 struct HostOptions {
