@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <tuple>
+#include <cstring>
+#include <utility>
+#include <vector>
 
 #include "config/file_system.h"
 #include "support/temp_dir.h"
@@ -24,7 +27,9 @@ namespace {
 // fflush for a document smaller than the buffer, fwrite for a larger one.
 class FailingFileSystem : public PosixFileSystem {
 public:
-    enum class Call { kNothing, kOpen, kWrite, kFlush, kSync, kClose, kRename, kDirectorySync };
+    enum class Call {
+        kNothing, kOpen, kWrite, kFlush, kSync, kClose, kRename, kDirectorySync, kReadLink, kStat, kChangeMode
+    };
 
     FailingFileSystem(Call call, int error) : call_(call), error_(error) { SetFileSystem(this); }
     ~FailingFileSystem() override { SetFileSystem(nullptr); }
@@ -44,6 +49,15 @@ public:
     int SyncDirectory(const std::string& path) override {
         return Fails(Call::kDirectorySync) ? -1 : PosixFileSystem::SyncDirectory(path);
     }
+    int ReadLink(const std::string& path, std::string& target) override {
+        return Fails(Call::kReadLink) ? -1 : PosixFileSystem::ReadLink(path, target);
+    }
+    int Stat(const std::string& path, struct stat& info) override {
+        return Fails(Call::kStat) ? -1 : PosixFileSystem::Stat(path, info);
+    }
+    int ChangeMode(FILE* file, mode_t mode) override {
+        return Fails(Call::kChangeMode) ? -1 : PosixFileSystem::ChangeMode(file, mode);
+    }
 
 private:
     static ssize_t RefuseWrite(void* self, const char*, size_t) {
@@ -62,10 +76,49 @@ private:
     int error_;
 };
 
+using Call = FailingFileSystem::Call;
+
+// The errnos a save meets in the field.
+const int kErrnos[] = {ENOSPC, EIO, EDQUOT, EACCES, EROFS, EXDEV, EISDIR};
+
+// What a failing call makes of the save: the start of the message before
+// "<errno> - <text>", or none when the save still succeeds.
+struct CallOutcome {
+    Call call;
+    const char* message;
+};
+
+const CallOutcome kOutcomes[] = {
+    {Call::kOpen, "create error"},
+    {Call::kWrite, "write error"},
+    {Call::kFlush, "write error"},
+    {Call::kSync, "write error"},
+    {Call::kClose, "close error"},
+    {Call::kRename, "Failed to rename .xml.pending to .xml file"},
+    {Call::kDirectorySync, nullptr},
+    {Call::kStat, nullptr},
+    {Call::kChangeMode, nullptr},
+};
+
+std::string Message(const CallOutcome& outcome, int error) {
+    if (outcome.message == nullptr) return "";
+    return std::string(outcome.message) + " " + std::to_string(error) + " - " + std::strerror(error);
+}
+
+mode_t ModeOf(const std::string& path) {
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
+}
+
+bool IsLink(const std::string& path) {
+    struct stat info;
+    return lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode);
+}
+
 const char* const kOld = "<Tarn Delta=\"0\" Version=\"old\" />\n";
 
-// A configuration of `inputs` cameras: 1 fits one stdio buffer, 5000 need
-// dozens of them.
+// A configuration of `inputs` cameras: 1 fits one stdio buffer, 500 need
+// several of them.
 XmlDocument DocumentOfSize(int inputs) {
     std::string text = "<Tarn Delta=\"0\"><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\">";
     for (int i = 1; i <= inputs; ++i) text += "<Input Number=\"" + std::to_string(i) + "\" SerialPort=\"COM1\" />";
@@ -88,58 +141,59 @@ TEST(SafeFile, LoadIgnoresAnUnparsableSideFileAndLeavesIt) {
     EXPECT_EQ(dir.Read("VORNA.xml.pending"), "<Tarn");
 }
 
-// A failed rename leaves the side file, and the next load moves it into place;
-// any other failure leaves the old file.
+// Every call of the save failing with every errno that matters: a failure
+// leaves the file byte for byte as it was (a failed rename leaves the new
+// content in the side file, which the next load moves into place), the same
+// when "VORNA.xml" is a link to a file elsewhere with permission bits of its
+// own: the link stays a link, the file behind it keeps its bits.
 TEST(SafeFile, AnyFailingCallLeavesTheFileAsItWas) {
-    using Call = FailingFileSystem::Call;
-    // The call that fails, its errno, and the message; no message: the save succeeds.
-    const std::vector<std::tuple<Call, int, std::string>> rows = {
-        {Call::kNothing, 0, ""},
-        {Call::kWrite, ENOSPC, "write error 28 - No space left on device"},
-        {Call::kWrite, EIO, "write error 5 - Input/output error"},
-        {Call::kWrite, EDQUOT, "write error 122 - Disk quota exceeded"},
-        {Call::kFlush, ENOSPC, "write error 28 - No space left on device"},
-        {Call::kFlush, EIO, "write error 5 - Input/output error"},
-        {Call::kFlush, EDQUOT, "write error 122 - Disk quota exceeded"},
-        {Call::kSync, ENOSPC, "write error 28 - No space left on device"},
-        {Call::kSync, EIO, "write error 5 - Input/output error"},
-        {Call::kSync, EDQUOT, "write error 122 - Disk quota exceeded"},
-        {Call::kClose, ENOSPC, "close error 28 - No space left on device"},
-        {Call::kClose, EIO, "close error 5 - Input/output error"},
-        {Call::kClose, EDQUOT, "close error 122 - Disk quota exceeded"},
-        {Call::kOpen, EACCES, "create error 13 - Permission denied"},
-        {Call::kOpen, EROFS, "create error 30 - Read-only file system"},
-        {Call::kOpen, EXDEV, "create error 18 - Invalid cross-device link"},
-        {Call::kRename, EACCES, "Failed to rename .xml.pending to .xml file 13 - Permission denied"},
-        {Call::kRename, EROFS, "Failed to rename .xml.pending to .xml file 30 - Read-only file system"},
-        {Call::kRename, EXDEV, "Failed to rename .xml.pending to .xml file 18 - Invalid cross-device link"},
-        {Call::kDirectorySync, EIO, ""},
-    };
-    for (const int inputs : {1, 5000}) {
-        TiXmlPrinter printer;
-        DocumentOfSize(inputs).Accept(&printer);
-        const std::string text = printer.Str();
-        for (const auto& [call, error, message] : rows) {
-            const std::string name = message + " with " + std::to_string(text.size()) + " bytes";
-            TempDir dir;
-            dir.Write("VORNA.xml", kOld);
-            XmlDocument document = DocumentOfSize(inputs);
-            bool saved;
-            {
-                FailingFileSystem files(call, error);
-                saved = SaveDocument(document, dir.File("VORNA.xml"));
+    for (const bool throughLink : {false, true}) {
+        for (const int inputs : {1, 500}) {
+            TiXmlPrinter printer;
+            DocumentOfSize(inputs).Accept(&printer);
+            const std::string text = printer.Str();
+            std::vector<std::pair<CallOutcome, int>> cases = {{{Call::kNothing, nullptr}, 0}};
+            for (const CallOutcome& outcome : kOutcomes)
+                for (const int error : kErrnos) cases.push_back({outcome, error});
+            if (!throughLink)
+                for (const int error : kErrnos) cases.push_back({{Call::kReadLink, nullptr}, error});
+            for (const auto& [outcome, error] : cases) {
+                const std::string message = Message(outcome, error);
+                const std::string name = std::string(throughLink ? "link: " : "") + message + " (call " +
+                                         std::to_string(static_cast<int>(outcome.call)) + ", errno " +
+                                         std::to_string(error) + ") with " + std::to_string(text.size()) + " bytes";
+                TempDir dir;
+                const std::string file = throughLink ? "site/real.xml" : "VORNA.xml";
+                ASSERT_EQ(mkdir(dir.File("site").c_str(), 0700), 0);
+                dir.Write(file, kOld);
+                ASSERT_EQ(chmod(dir.File(file).c_str(), 0640), 0);
+                if (throughLink) {
+                    ASSERT_EQ(symlink("site/real.xml", dir.File("VORNA.xml").c_str()), 0);
+                }
+                XmlDocument document = DocumentOfSize(inputs);
+                bool saved;
+                {
+                    FailingFileSystem files(outcome.call, error);
+                    saved = SaveDocument(document, dir.File("VORNA.xml"));
+                }
+                const bool succeeds = message.empty();
+                const bool renameFailed = outcome.call == Call::kRename;
+                const bool modeLost = outcome.call == Call::kStat || outcome.call == Call::kChangeMode;
+                EXPECT_EQ(saved, succeeds) << name;
+                EXPECT_EQ(document.ModuleErrorDesc(), message) << name;
+                EXPECT_FALSE(document.Error()) << name << ": TinyXML's own flag is left alone";
+                EXPECT_EQ(dir.Read(file), succeeds ? text : kOld) << name;
+                EXPECT_EQ(dir.Read(file + ".pending"), renameFailed ? text : "(missing)") << name;
+                EXPECT_FALSE(dir.Exists("VORNA.xml.pending") && throughLink) << name;
+                EXPECT_EQ(IsLink(dir.File("VORNA.xml")), throughLink) << name;
+                if (!modeLost) {
+                    EXPECT_EQ(ModeOf(dir.File(file)), 0640u) << name;
+                }
+                XmlDocument next;
+                EXPECT_TRUE(LoadDocument(next, dir.File("VORNA.xml"))) << name;
+                EXPECT_EQ(dir.Read(file), succeeds || renameFailed ? text : kOld) << name << ", loaded again";
+                EXPECT_FALSE(dir.Exists(file + ".pending")) << name << ", loaded again";
             }
-            const bool succeeds = message.empty();
-            const bool renameFailed = call == Call::kRename;
-            EXPECT_EQ(saved, succeeds) << name;
-            EXPECT_EQ(document.ModuleErrorDesc(), message) << name;
-            EXPECT_FALSE(document.Error()) << name << ": TinyXML's own flag is left alone";
-            EXPECT_EQ(dir.Read("VORNA.xml"), succeeds ? text : kOld) << name;
-            EXPECT_EQ(dir.Read("VORNA.xml.pending"), renameFailed ? text : "(missing)") << name;
-            XmlDocument next;
-            EXPECT_TRUE(LoadDocument(next, dir.File("VORNA.xml"))) << name;
-            EXPECT_EQ(dir.Read("VORNA.xml"), succeeds || renameFailed ? text : kOld) << name << ", loaded again";
-            EXPECT_FALSE(dir.Exists("VORNA.xml.pending")) << name << ", loaded again";
         }
     }
 }
