@@ -9,7 +9,6 @@
 #include <thread>
 
 #include "bench_support.h"
-#include "core/clock.h"
 #include "core/event_intake.h"
 #include "host/host_sender.h"
 

@@ -6,8 +6,8 @@
 #include <chrono>
 #include <thread>
 
-#include "core/clock.h"
 #include "core/ptz_controller.h"
+#include "env/environment.h"
 #include "host/host_sender.h"
 #include "protocols/pelco_d.h"
 

@@ -7,14 +7,15 @@
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "config/config_apply.h"
 #include "config/config_writer.h"
 #include "config/safe_file.h"
-#include "core/clock.h"
 #include "core/ptz_controller.h"
 #include "core/xml_document.h"
+#include "env/environment.h"
 #include "vorna/host_abi.h"
 #include "vorna/ptz.h"
 
@@ -55,6 +56,7 @@ public:
 };
 
 JumpingClock g_clock;
+std::optional<vorna::ScopedEnvironment> g_environment;
 
 bool AllZero(const uint8_t* bytes, size_t size) {
     return std::all_of(bytes, bytes + size, [](uint8_t b) { return b == 0; });
@@ -151,7 +153,7 @@ HostSession::HostSession(const std::string& file) {
     if (!file.empty()) WriteFile("VORNA.xml", file);
     g_observed = Observed{};
     g_observed.bytesGiven = file.size();
-    vorna::SetClock(&g_clock);
+    g_environment.emplace(g_clock);
     HostInterface host{};
     host.callback = &CheckingCallback;
     ModuleRegistration registration{};
@@ -162,7 +164,7 @@ HostSession::HostSession(const std::string& file) {
 HostSession::~HostSession() {
     Close();
     Unload();
-    vorna::SetClock(nullptr);
+    g_environment.reset();
 }
 
 const std::string& HostSession::SiteFile() {

@@ -9,9 +9,9 @@
 
 #include "config/config_apply.h"
 #include "config/config_writer.h"
-#include "config/file_system.h"
 #include "config/safe_file.h"
 #include "core/xml_document.h"
+#include "env/environment.h"
 #include "host/host_sender.h"
 #include "vorna/host_abi.h"
 
@@ -44,7 +44,7 @@ std::string LoadError(const XmlDocument& document) {
 // copy, no read permission) is moved aside before the save at start could
 // replace it with an empty camera table.
 void KeepUnloadableFile(const XmlDocument& document) {
-    FileSystem& files = CurrentFileSystem();
+    FileSystem& files = CurrentEnvironment().files();
     struct stat info;
     if (files.Stat(kConfigFileName, info) != 0 && errno == ENOENT) return;
     if (files.Rename(kConfigFileName, kKeptFileName) != 0) {

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "config/file_system.h"
+#include "env/environment.h"
 #include "host/host_sender.h"
 
 namespace vorna {
@@ -99,7 +99,7 @@ void WriteSideFile(FileSystem& files, const std::string& path, const std::string
 }  // namespace
 
 bool LoadDocument(XmlDocument& document, const std::string& fileName) {
-    FileSystem& files = CurrentFileSystem();
+    FileSystem& files = CurrentEnvironment().files();
     const std::string target = FinalTarget(files, fileName);
     const std::string sideFile = target + kSideFileSuffix;
     if (document.LoadPath(sideFile)) {
@@ -110,7 +110,7 @@ bool LoadDocument(XmlDocument& document, const std::string& fileName) {
 }
 
 bool SaveDocument(XmlDocument& document, const std::string& fileName) {
-    FileSystem& files = CurrentFileSystem();
+    FileSystem& files = CurrentEnvironment().files();
     const std::string target = FinalTarget(files, fileName);
     const std::string sideFile = target + kSideFileSuffix;
     FirstFailure failure;

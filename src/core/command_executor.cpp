@@ -3,7 +3,7 @@
 #include <climits>
 #include <cmath>
 
-#include "core/clock.h"
+#include "env/environment.h"
 #include "host/host_sender.h"
 
 namespace vorna {

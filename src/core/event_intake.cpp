@@ -5,10 +5,10 @@
 #include <mutex>
 #include <string>
 
-#include "core/clock.h"
-#include "vorna/host_abi.h"
 #include "core/command_executor.h"
 #include "core/xml_document.h"
+#include "env/environment.h"
+#include "vorna/host_abi.h"
 
 namespace vorna {
 

@@ -7,7 +7,7 @@
 #include <map>
 #include <string>
 
-#include "core/clock.h"
+#include "env/clock.h"
 #include "protocols/protocol.h"
 
 namespace vorna {

@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "core/clock.h"
+#include "env/environment.h"
 
 namespace vorna {
 

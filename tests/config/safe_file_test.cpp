@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "config/file_system.h"
+#include "env/environment.h"
 #include "support/temp_dir.h"
 
 using namespace vorna;
@@ -31,8 +31,7 @@ public:
         kNothing, kOpen, kWrite, kFlush, kSync, kClose, kRename, kDirectorySync, kReadLink, kStat, kChangeMode
     };
 
-    FailingFileSystem(Call call, int error) : call_(call), error_(error) { SetFileSystem(this); }
-    ~FailingFileSystem() override { SetFileSystem(nullptr); }
+    FailingFileSystem(Call call, int error) : call_(call), error_(error) {}
 
     FILE* Open(const std::string& path, const char* mode) override {
         if (Fails(Call::kOpen)) return nullptr;
@@ -74,6 +73,7 @@ private:
 
     Call call_;
     int error_;
+    ScopedEnvironment installed_{*this};
 };
 
 using Call = FailingFileSystem::Call;

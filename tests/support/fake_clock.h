@@ -2,17 +2,19 @@
 // lifetime of the object.
 #pragma once
 
-#include "core/clock.h"
+#include "env/environment.h"
 
 namespace vorna_test {
 
 class FakeClock : public vorna::Clock {
 public:
-    explicit FakeClock(int64_t start = 1000000) : now(start) { vorna::SetClock(this); }
-    ~FakeClock() override { vorna::SetClock(nullptr); }
+    explicit FakeClock(int64_t start = 1000000) : now(start) {}
     int64_t Now() override { return now; }
 
     int64_t now;
+
+private:
+    vorna::ScopedEnvironment installed_{*this};
 };
 
 }  // namespace vorna_test

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "core/clock.h"
+#include "env/environment.h"
 
 namespace vorna_test {
 

@@ -1,19 +1,11 @@
-#include "config/file_system.h"
+#include "env/file_system.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <climits>
 
 namespace vorna {
-
-namespace {
-
-PosixFileSystem g_posixFileSystem;
-std::atomic<FileSystem*> g_fileSystem{&g_posixFileSystem};
-
-}  // namespace
 
 FILE* PosixFileSystem::Open(const std::string& path, const char* mode) { return std::fopen(path.c_str(), mode); }
 
@@ -50,9 +42,5 @@ int PosixFileSystem::ReadLink(const std::string& path, std::string& target) {
 int PosixFileSystem::Stat(const std::string& path, struct stat& info) { return stat(path.c_str(), &info); }
 
 int PosixFileSystem::ChangeMode(FILE* file, mode_t mode) { return fchmod(fileno(file), mode); }
-
-FileSystem& CurrentFileSystem() { return *g_fileSystem.load(); }
-
-void SetFileSystem(FileSystem* fileSystem) { g_fileSystem.store(fileSystem ? fileSystem : &g_posixFileSystem); }
 
 }  // namespace vorna

@@ -1,6 +1,5 @@
-// The file calls of the safe save, behind one replaceable object: the real
-// POSIX calls unless a test installed another, so that any one of them can be
-// made to fail on demand.
+// The file calls of the safe save, behind one interface so that a test can
+// make any one of them fail on demand.
 #pragma once
 
 #include <sys/stat.h>
@@ -43,11 +42,5 @@ public:
     int Stat(const std::string& path, struct stat& info) override;
     int ChangeMode(FILE* file, mode_t mode) override;
 };
-
-// The POSIX file system unless a test installed another.
-FileSystem& CurrentFileSystem();
-
-// Installs `fileSystem` (null restores the POSIX one). Tests only.
-void SetFileSystem(FileSystem* fileSystem);
 
 }  // namespace vorna
