@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "core/xml_document.h"
+#include "config/xml_document.h"
 #include "host_session.h"
 
 namespace {

@@ -2,8 +2,8 @@
 // the camera table and the serial-line map.
 #pragma once
 
+#include "config/xml_document.h"
 #include "core/ptz_controller.h"
-#include "core/xml_document.h"
 
 namespace vorna {
 

@@ -10,7 +10,7 @@
 #include "config/config_apply.h"
 #include "config/config_writer.h"
 #include "config/safe_file.h"
-#include "core/xml_document.h"
+#include "config/xml_document.h"
 #include "env/environment.h"
 #include "host/host_sender.h"
 #include "vorna/host_abi.h"

@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "core/xml_document.h"
+#include "config/xml_document.h"
 
 namespace vorna {
 

@@ -5,8 +5,9 @@
 #include <mutex>
 #include <string>
 
+// One XML document type for events and configuration, kept beside the safe save that shares its error state.
+#include "config/xml_document.h"
 #include "core/command_executor.h"
-#include "core/xml_document.h"
 #include "env/environment.h"
 #include "vorna/host_abi.h"
 

@@ -1,4 +1,4 @@
-#include "core/xml_document.h"
+#include "config/xml_document.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
-// The module's XML document: TinyXML's document behind a parse-depth guard,
-// with an error state of the module's own on top of TinyXML's.
+// The module's XML document, for events and configuration alike: TinyXML's
+// document behind a parse-depth guard, with an error state of the module's own
+// on top of TinyXML's, where the safe save also reports a failed save.
 #pragma once
 
 #include <tinyxml.h>
