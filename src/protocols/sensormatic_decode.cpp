@@ -25,9 +25,11 @@ void Raw(DecodedFrame& frame, uint32_t value, FrameKind kind, std::string words)
 
 class SensormaticReader : public FrameReader {
 public:
-    // No sync byte: only the zero sum marks a frame. A command with data
-    // bytes may also come alone (a raw command), which its zero sum tells.
+    // No sync byte: a camera address (never 0) and the zero sum mark a frame.
+    // A command with data bytes may also come alone (a raw command), which its
+    // zero sum tells.
     FrameSpan Measure(const uint8_t* data, size_t size) const override {
+        if (data[0] == 0) return FrameSpan::NoStart();
         if (size < 2) return FrameSpan::NeedMore();
         const size_t length = FrameLength(data[1]);
         if (size >= length && Checksum(data, length - 1) == data[length - 1]) return FrameSpan::Valid(length);

@@ -36,6 +36,12 @@ bool WaitUntilWritable(int fd) {
     }
 }
 
+std::string InUse(const std::string& path) {
+    return path + " is in use by another program; a line must have one writer";
+}
+
+}  // namespace
+
 bool ConfigureRaw8N1(int fd, speed_t speed) {
     termios settings;
     if (tcgetattr(fd, &settings) != 0) return false;
@@ -47,12 +53,6 @@ bool ConfigureRaw8N1(int fd, speed_t speed) {
     return cfsetispeed(&settings, speed) == 0 && cfsetospeed(&settings, speed) == 0 &&
            tcsetattr(fd, TCSANOW, &settings) == 0;
 }
-
-std::string InUse(const std::string& path) {
-    return path + " is in use by another program; a line must have one writer";
-}
-
-}  // namespace
 
 bool LookUpBaud(int baud, speed_t& speed) {
     for (const BaudRate& rate : kBaudRates) {

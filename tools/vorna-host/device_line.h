@@ -16,6 +16,8 @@ namespace vorna_host {
 bool LookUpBaud(int baud, speed_t& speed);
 // "1200, 2400, ..." for error messages and help.
 std::string SupportedBauds();
+// Sets an open tty to raw 8N1 at `speed`, reads returning at once.
+bool ConfigureRaw8N1(int fd, speed_t speed);
 
 class DeviceLine : public SerialLine {
 public:

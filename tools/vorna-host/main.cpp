@@ -23,6 +23,7 @@
 #include "line_reader.h"
 #include "message_router.h"
 #include "module_driver.h"
+#include "monitor.h"
 #include "offline_runs.h"
 #include "options.h"
 #include "printed_line.h"
@@ -106,6 +107,8 @@ int OpenInput(const std::string& scriptPath, std::string& error) {
 }
 
 int RunHost(const std::vector<std::string>& args) {
+    std::vector<std::string> monitorArgs;
+    if (IsMonitorCommand(args, monitorArgs)) return RunMonitor(monitorArgs, stdout, stderr);
     HostOptions options;
     std::string error;
     if (!ParseOptions(args, options, error)) return Fail(kUsageError, error);

@@ -1,0 +1,56 @@
+#include "monitor_print.h"
+
+#include "printed_line.h"
+
+namespace vorna_host {
+
+namespace {
+
+std::string Hex(const std::string& bytes) {
+    static const char kDigits[] = "0123456789ABCDEF";
+    std::string hex;
+    for (unsigned char byte : bytes) {
+        if (!hex.empty()) hex += ' ';
+        hex += kDigits[byte >> 4];
+        hex += kDigits[byte & 0xF];
+    }
+    return hex;
+}
+
+std::string Frames(long long count) { return std::to_string(count) + (count == 1 ? " frame" : " frames"); }
+
+std::string Address(int address, int keyboard) {
+    if (address < 0) return keyboard < 0 ? "no address" : "keyboard " + std::to_string(keyboard);
+    if (keyboard < 0) return "address " + std::to_string(address);
+    return "camera " + std::to_string(address) + " keyboard " + std::to_string(keyboard);
+}
+
+}  // namespace
+
+std::string FrameAddress(const vorna::DecodedFrame& frame) { return Address(frame.address, frame.keyboard); }
+
+std::string FormatMonitorFrame(long long milliseconds, const vorna::DecodedFrame& frame) {
+    std::string line = TimeColumn(milliseconds) + Hex(frame.bytes) + "  " + frame.protocol + "  ";
+    if (frame.kind == vorna::FrameKind::kUnknown) return line + "bad frame: " + frame.error + "\n";
+    return line + FrameAddress(frame) + "  " + frame.meaning + "\n";
+}
+
+void AddressTable::Count(const vorna::DecodedFrame& frame) {
+    if (frame.kind == vorna::FrameKind::kUnknown) {
+        ++badFrames_;
+        return;
+    }
+    ++frames_[{frame.address, frame.keyboard}];
+}
+
+std::string AddressTable::Format() const {
+    std::string table = "addresses seen:\n";
+    if (frames_.empty()) table += "  none\n";
+    for (const auto& seen : frames_) {
+        table += "  " + Address(seen.first.first, seen.first.second) + ": " + Frames(seen.second) + "\n";
+    }
+    if (badFrames_ > 0) table += "  bad frames: " + std::to_string(badFrames_) + "\n";
+    return table;
+}
+
+}  // namespace vorna_host
