@@ -10,6 +10,7 @@
 
 #include "support/temp_dir.h"
 #include "tools/host_process.h"
+#include "tools/pseudo_terminal.h"
 
 using namespace vorna_test;
 
@@ -50,48 +51,6 @@ size_t Count(const std::string& text, const std::string& part) {
     for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
     return count;
 }
-
-class PseudoTerminal {
-public:
-    PseudoTerminal() {
-        master = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
-        if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0) throw std::runtime_error("posix_openpt");
-        slavePath = ptsname(master);
-        // Held open so that the line keeps its settings after the host exits.
-        slave = open(slavePath.c_str(), O_RDWR | O_NOCTTY);
-    }
-    ~PseudoTerminal() {
-        close(slave);
-        close(master);
-    }
-
-    // Everything the host wrote, once `expected` bytes arrived or a second
-    // passed.
-    std::string Received(size_t expected) {
-        std::string bytes;
-        for (int attempt = 0; attempt < 100 && bytes.size() < expected; ++attempt) {
-            pollfd entry{master, POLLIN, 0};
-            if (poll(&entry, 1, 10) <= 0) continue;
-            char chunk[256];
-            const ssize_t count = read(master, chunk, sizeof chunk);
-            if (count > 0) bytes.append(chunk, static_cast<size_t>(count));
-        }
-        return bytes;
-    }
-
-    // Everything the host wrote that was not read yet, once it has ended.
-    std::string Rest() {
-        std::string bytes;
-        char chunk[256];
-        for (ssize_t count; (count = read(master, chunk, sizeof chunk)) > 0;)
-            bytes.append(chunk, static_cast<size_t>(count));
-        return bytes;
-    }
-
-    int master = -1;
-    int slave = -1;
-    std::string slavePath;
-};
 
 TEST(VornaHost, WritesWholeFramesToARawLineAtTheAskedBaudRate) {
     TempDir dir;
@@ -180,7 +139,7 @@ TEST(VornaHost, ReportsBadCommandLinesByNumberAndGoesOn) {
     const size_t stops = Count(host.out, "COM1  FF 01 00 00 00 00 01");
     EXPECT_TRUE(stops == 1 || stops == 2) << host.out;
     EXPECT_EQ(1 + stops, Count(host.out, "COM1  FF")) << "one pan and the stops at the end\n" << host.out;
-    EXPECT_NE(std::string::npos, host.out.find("COM1  FF 01 00 02 1F 00 22\n"));
+    EXPECT_NE(std::string::npos, host.out.find("COM1  FF 01 00 02 1F 00 22  = address 1: pan right 32, tilt still, zoom still\n"));
 }
 
 TEST(VornaHost, StopSignalDuringATourEndsCleanlyAndKeepsTheConfiguration) {
@@ -274,11 +233,12 @@ TEST(VornaHost, ChecksCommandsAgainstTheCamerasProtocol) {
          at = host.err.find("vorna-host: line ", at + 1))
         complaints += host.err.substr(at, host.err.find('\n', at) + 1 - at);
     EXPECT_EQ(expected, complaints);
-    EXPECT_NE(std::string::npos, host.out.find("COM1  FF 01 00 02 3F 00 42\n")) << host.out;
+    EXPECT_NE(std::string::npos, host.out.find("COM1  FF 01 00 02 3F 00 42  = address 1: pan right 64, tilt still, zoom still\n"))
+        << host.out;
 
     TempDir confirmed;
     confirmed.Write("VORNA.xml", table);
-    HostProcess yes({"--yes", "--line", "COM3=AD-RS422"}, confirmed.path);
+    HostProcess yes({"--yes", "--raw", "--line", "COM3=AD-RS422"}, confirmed.path);
     yes.Type("camera 1 1 3\npreset clear 3\n");
     ASSERT_EQ(0, yes.Finish(3000)) << yes.err;
     EXPECT_NE(std::string::npos, yes.out.find("COM3  01 C7 01 02 35\n")) << yes.out << yes.err;
@@ -355,7 +315,7 @@ TEST(VornaHost, HoldsARealLineExclusivelyAndEchoesItsFrames) {
 
     EXPECT_EQ(0, host.Finish(3000)) << host.err;
     EXPECT_NE(std::string::npos, host.err.find("vorna-host: line COM1: " + line.slavePath + ", Pelco-D, 2400 baud\n"));
-    EXPECT_NE(std::string::npos, host.out.find(" ms  COM1  FF 01 00 02 1F 00 22\n")) << host.out;
+    EXPECT_NE(std::string::npos, host.out.find(" ms  COM1  FF 01 00 02 1F 00 22  = address 1: pan right 32, tilt still, zoom still\n")) << host.out;
 }
 
 }  // namespace

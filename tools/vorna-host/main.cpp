@@ -83,7 +83,7 @@ bool OpenLines(const std::vector<LineOption>& wanted, bool echo, std::chrono::st
         const LineOption& option = wanted[i];
         std::unique_ptr<SerialLine> line;
         if (option.device.empty()) {
-            line.reset(new PrintedLine(option.name, FindKnownProtocol(option.protocol)->textFrames, start, stdout));
+            line.reset(new PrintedLine(option, start, stdout));
         } else {
             line = OpenRealLine(option, echo, start, [&router](const std::string& text) { router.Report(text); },
                                 error);

@@ -35,6 +35,21 @@ std::string FormatMonitorFrame(long long milliseconds, const vorna::DecodedFrame
     return line + FrameAddress(frame) + "  " + frame.meaning + "\n";
 }
 
+std::string MessageMeaning(const std::vector<vorna::DecodedFrame>& frames) {
+    bool oneAddress = true;
+    for (const vorna::DecodedFrame& frame : frames) {
+        oneAddress = oneAddress && frame.address == frames.front().address && frame.keyboard == frames.front().keyboard;
+    }
+    std::string meaning;
+    for (const vorna::DecodedFrame& frame : frames) {
+        if (!meaning.empty()) meaning += "; ";
+        const bool bad = frame.kind == vorna::FrameKind::kUnknown;
+        if (!bad && (!oneAddress || meaning.empty())) meaning += FrameAddress(frame) + ": ";
+        meaning += bad ? "bad frame: " + frame.error : frame.meaning;
+    }
+    return meaning;
+}
+
 void AddressTable::Count(const vorna::DecodedFrame& frame) {
     if (frame.kind == vorna::FrameKind::kUnknown) {
         ++badFrames_;

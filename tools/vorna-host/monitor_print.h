@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "protocols/frame_decoder.h"
 
@@ -16,6 +17,10 @@ std::string FormatMonitorFrame(long long milliseconds, const vorna::DecodedFrame
 
 // "address 1", "camera 5 keyboard 2", "no address".
 std::string FrameAddress(const vorna::DecodedFrame& frame);
+
+// What the frames of one message do: "address 1: auto iris on; auto iris on
+// (second frame)", the address once when they share it.
+std::string MessageMeaning(const std::vector<vorna::DecodedFrame>& frames);
 
 // Frames counted per address (and AD keyboard), bad frames apart.
 class AddressTable {

@@ -94,6 +94,7 @@ bool* FlagOption(const std::string& arg, HostOptions& options) {
     if (arg == "--accept-bad-config") return &options.acceptBadConfig;
     if (arg == "--version") return &options.version;
     if (arg == "--echo") return &options.echo;
+    if (arg == "--raw") return &options.raw;
     return nullptr;
 }
 
@@ -110,6 +111,10 @@ bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, st
         const std::string& arg = args[i];
         if (arg == "--help" || arg == "-h") {
             options.help = true;
+            continue;
+        }
+        if (arg == "--meaning") {
+            options.raw = false;
             continue;
         }
         if (bool* flag = FlagOption(arg, options)) {
@@ -137,6 +142,7 @@ bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, st
         }
         if (!ApplyOption(name, value, options, error)) return false;
     }
+    for (LineOption& line : options.lines) line.meaning = !options.raw;
     return true;
 }
 
@@ -145,10 +151,13 @@ std::string UsageText() {
            "                  [--accept-bad-config] [--line NAME=PROTOCOL[@DEVICE][:BAUD]]...\n"
            "       vorna-host --check [--workdir DIR] [--line ...]...\n"
            "       vorna-host --version\n"
+           "       vorna-host monitor DEVICE[:BAUD] [--protocol NAME]\n"
            "\n"
            "Loads the VORNA module as a recorder does, binds each --line to a camera\n"
            "protocol and runs operator commands from FILE or standard input ('help'\n"
-           "lists them). Cameras come from VORNA.xml in DIR.\n"
+           "lists them). Cameras come from VORNA.xml in DIR. 'monitor' watches a camera\n"
+           "line driven by another keyboard or recorder without writing to it, finds its\n"
+           "protocol and baud rate when not given, and prints every frame it sees.\n"
            "\n"
            "  --module LIB   the module (default: the libvorna.so built beside vorna-host)\n"
            "  --workdir DIR  where VORNA.xml lives (default: the current directory)\n"
@@ -165,6 +174,8 @@ std::string UsageText() {
            "                 left the wire. BAUD defaults to the protocol's usual rate\n"
            "                 (Pelco-D 2400, Panasonic 9600, ...).\n"
            "  --echo         print the frames of real lines as virtual lines show them\n"
+           "  --meaning      print what each frame does beside its bytes (the default)\n"
+           "  --raw          print the bytes alone\n"
            "\n"
            "Protocols: " + KnownProtocolNames() + "\n"
            "Baud rates: " + SupportedBauds() + "\n";

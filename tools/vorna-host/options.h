@@ -14,6 +14,7 @@ struct LineOption {
     std::string protocol;  // one of the module's protocol names
     std::string device;    // empty: a virtual line printed to standard output
     int baud = kDefaultBaud;  // without one given: the protocol's usual rate
+    bool meaning = true;      // printed frames say what they do (off with --raw)
 };
 
 struct HostOptions {
@@ -27,6 +28,7 @@ struct HostOptions {
     bool acceptBadConfig = false;  // start even when VORNA.xml does not load
     bool version = false;
     bool echo = false;  // print the frames of real lines as virtual lines show theirs
+    bool raw = false;   // print frames without their meaning
 };
 
 // Both return false with a message naming the offending argument.

@@ -3,6 +3,9 @@
 #include <cerrno>
 #include <cstring>
 
+#include "known_protocols.h"
+#include "monitor_print.h"
+
 namespace vorna_host {
 
 long long MillisecondsSince(std::chrono::steady_clock::time_point start) {
@@ -35,8 +38,19 @@ std::string FormatFrame(long long milliseconds, const std::string& lineName, con
     return printed + '\n';
 }
 
+PrintedLine::PrintedLine(const LineOption& line, std::chrono::steady_clock::time_point start, FILE* out)
+    : name_(line.name),
+      textFrames_(FindKnownProtocol(line.protocol)->textFrames),
+      start_(start),
+      out_(out),
+      meaning_(line.meaning ? vorna::MakeFrameDecoder(line.protocol) : nullptr) {}
+
 bool PrintedLine::Send(const uint8_t* bytes, size_t length, std::string& error) {
-    const std::string printed = FormatFrame(MillisecondsSince(start_), name_, bytes, length, textFrames_);
+    std::string printed = FormatFrame(MillisecondsSince(start_), name_, bytes, length, textFrames_);
+    if (meaning_) {
+        std::vector<vorna::DecodedFrame> frames = meaning_->Feed(reinterpret_cast<const char*>(bytes), length);
+        printed.insert(printed.size() - 1, "  = " + MessageMeaning(frames));
+    }
     // One write per frame keeps frames whole when the worker and an operator
     // command print at the same moment.
     if (std::fwrite(printed.data(), 1, printed.size(), out_) != printed.size() || std::fflush(out_) != 0) {

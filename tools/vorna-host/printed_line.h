@@ -5,8 +5,11 @@
 
 #include <chrono>
 #include <cstdio>
+#include <memory>
 #include <string>
 
+#include "options.h"
+#include "protocols/frame_decoder.h"
 #include "serial_line.h"
 
 namespace vorna_host {
@@ -21,20 +24,20 @@ std::string TimeColumn(long long milliseconds);
 std::string FormatFrame(long long milliseconds, const std::string& lineName, const uint8_t* bytes, size_t length,
                         bool textFrames);
 
+// Prints each frame of `line` with, unless the line is raw, what it does
+// ("  = address 1: pan left 32, tilt still, zoom still").
 class PrintedLine : public SerialLine {
 public:
-    PrintedLine(std::string name, bool textFrames, std::chrono::steady_clock::time_point start, FILE* out)
-        : name_(std::move(name)), textFrames_(textFrames), start_(start), out_(out) {}
+    PrintedLine(const LineOption& line, std::chrono::steady_clock::time_point start, FILE* out);
 
     bool Send(const uint8_t* bytes, size_t length, std::string& error) override;
-    // A frame shows when it would have gone out whole at the line's baud rate.
-    Handover HandedAt() const override { return Handover::kLastByte; }
 
 private:
     std::string name_;
     bool textFrames_;
     std::chrono::steady_clock::time_point start_;
     FILE* out_;
+    std::unique_ptr<vorna::FrameDecoder> meaning_;  // null for a raw line
 };
 
 }  // namespace vorna_host

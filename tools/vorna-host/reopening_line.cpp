@@ -35,7 +35,7 @@ std::unique_ptr<SerialLine> OpenRealLine(const LineOption& option, bool echo,
         std::move(device), option.device, option.baud,
         [report, name = option.name](const std::string& text) { report("line " + name + ": " + text); }));
     if (!echo) return line;
-    PrintedLine printed(option.name, FindKnownProtocol(option.protocol)->textFrames, start, stdout);
+    PrintedLine printed(option, start, stdout);
     return std::unique_ptr<SerialLine>(new EchoedLine(std::move(line), std::move(printed)));
 }
 
