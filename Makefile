@@ -26,7 +26,7 @@ check-asan: deps
 
 check-tsan: deps
 	cmake -S . -B build-tsan -DVORNA_SANITIZE=thread $(CMAKE_FLAGS) >/dev/null
-	cmake --build build-tsan -j $(JOBS) --target vorna_core_tests vorna_e2e_tests
+	cmake --build build-tsan -j $(JOBS) --target vorna_core_tests vorna_e2e_tests vorna_tools_tests
 	cd build-tsan && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure -j $(JOBS) -R 'Concurrency'
 
 # Fuzz targets (fuzz/): clang with libFuzzer, AddressSanitizer and UBSan.

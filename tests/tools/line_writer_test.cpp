@@ -2,7 +2,9 @@
 // order, and when, for a line the module floods with repeating frames.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cctype>
+#include <thread>
 #include <map>
 #include <vector>
 
@@ -190,6 +192,37 @@ TEST(LineWriter, WaitsWhileTheDriverStillHoldsBytes) {
     line.unsent = 0;
     line.RunUntil(line.now + milliseconds(2));
     EXPECT_EQ(std::vector<std::string>{"1P1"}, line.Tags());
+}
+
+// The callback's threads and the writer's own, for real: every message handed
+// over is on the wire when Drain returns.
+TEST(LineWriterConcurrency, DrainReturnsWhenEveryHandedMessageIsOut) {
+    class CountingLine : public SerialLine {
+    public:
+        explicit CountingLine(std::atomic<int>& sent) : sent_(sent) {}
+        bool Send(const uint8_t*, size_t, std::string&) override {
+            ++sent_;
+            return true;
+        }
+
+    private:
+        std::atomic<int>& sent_;
+    };
+    std::atomic<int> sent{0};
+    // A fast wire keeps the test short; the writer does not care which rate.
+    LineWriter writer(std::make_unique<CountingLine>(sent), LineScheduler(ReadTestMessage, false), 1000000,
+                      [](const std::string& problem) { ADD_FAILURE() << problem; });
+    writer.Start();
+    std::vector<std::thread> callbacks;
+    for (int camera = 1; camera <= 2; ++camera)
+        callbacks.emplace_back([&writer, camera] {
+            for (int i = 0; i < 200; ++i) writer.Hand(Message(std::to_string(camera) + "P"), Clock::now());
+        });
+    for (std::thread& callback : callbacks) callback.join();
+    writer.Drain();
+    EXPECT_EQ(400, sent.load());
+    EXPECT_EQ(400u, writer.Counters().sent);
+    EXPECT_EQ(0u, writer.Counters().waiting);
 }
 
 }  // namespace
