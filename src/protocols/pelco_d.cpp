@@ -1,29 +1,32 @@
 #include "protocols/pelco_d.h"
 
-#include "protocols/pelco_common.h"
+#include "protocols/pelco_commands.h"
 #include "protocols/pelco_d_wire.h"
 
 namespace vorna {
 
 namespace {
 
+using pelco::CommandBytes;
 using pelco::Low8;
 using namespace pelco_d;
 
-Bytes Frame(uint32_t address, uint32_t command1, uint32_t command2, uint32_t data1, uint32_t data2) {
+// Sync, address, the command, and the sum that guards them.
+Bytes Envelope(uint32_t address, const CommandBytes& command) {
     Bytes frame(kFrameSize, '\0');
     frame[kSyncAt] = static_cast<char>(kSync);
     frame[kAddressAt] = static_cast<char>(Low8(address));
-    frame[kCommand1At] = static_cast<char>(Low8(command1));
-    frame[kCommand2At] = static_cast<char>(Low8(command2));
-    frame[kData1At] = static_cast<char>(Low8(data1));
-    frame[kData2At] = static_cast<char>(Low8(data2));
+    frame[kCommand1At] = static_cast<char>(Low8(command.command1));
+    frame[kCommand2At] = static_cast<char>(Low8(command.command2));
+    frame[kData1At] = static_cast<char>(Low8(command.data1));
+    frame[kData2At] = static_cast<char>(Low8(command.data2));
     frame[kChecksumAt] = static_cast<char>(Checksum(reinterpret_cast<const uint8_t*>(frame.data())));
     return frame;
 }
 
-// Extended commands leave command 1 and data 1 at zero.
-Bytes Command(uint32_t address, uint8_t command, uint32_t data) { return Frame(address, 0, command, 0, data); }
+Bytes Extended(uint32_t address, uint8_t command, uint32_t data) {
+    return Envelope(address, pelco::Extended(command, data));
+}
 
 }  // namespace
 
@@ -39,42 +42,36 @@ Bytes CPelcoD::Pan(uint32_t, int) { return {}; }
 Bytes CPelcoD::Tilt(uint32_t, int) { return {}; }
 Bytes CPelcoD::Zoom(uint32_t, int) { return {}; }
 
-// Zoom has no speed in the frame; it is set apart with SetZoomSpeed.
 Bytes CPelcoD::Move(uint32_t address, int pan, int tilt, int zoom) {
-    return Frame(address, 0, pelco::MotionBits(pan, tilt, zoom), pelco::SpeedByte(pan), pelco::SpeedByte(tilt));
+    return Envelope(address, pelco::Move(pan, tilt, zoom));
 }
 
 Bytes CPelcoD::Preset(uint32_t address, int number, int action) {
-    return Command(address, pelco::PresetCommand(action), number);
+    return Envelope(address, pelco::Preset(number, action));
 }
 
-Bytes CPelcoD::SetZoomSpeed(uint32_t address, int speed) { return Command(address, pelco::kSetZoomSpeed, speed); }
+Bytes CPelcoD::SetZoomSpeed(uint32_t address, int speed) { return Envelope(address, pelco::ZoomSpeed(speed)); }
 
 Bytes CPelcoD::Iris(uint32_t address, int direction) {
-    const uint8_t command1 = direction > 0 ? kIrisOpen : direction < 0 ? kIrisClose : 0;
-    return Frame(address, command1, 0, 0, 0);
+    return Envelope(address, pelco::LensMotion(direction, kIrisOpen, kIrisClose));
 }
 
 // Near is a command 1 bit, far a command 2 bit.
 Bytes CPelcoD::Focus(uint32_t address, int direction) {
-    if (direction > 0) return Frame(address, kFocusNear, 0, 0, 0);
-    if (direction < 0) return Frame(address, 0, kFocusFar, 0, 0);
-    return Frame(address, 0, 0, 0, 0);
+    if (direction < 0) return Envelope(address, {0, kFocusFar, 0, 0});
+    return Envelope(address, pelco::LensMotion(direction, kFocusNear, 0));
 }
 
 Bytes CPelcoD::AutoIris(uint32_t address, int mode) {
-    if (mode == 0) return Command(address, kAutoIris, kAutoOff);
-    return Command(address, kAutoIris, kAutoOn) + Command(address, kAutoIrisFollowUp, kAutoIrisFollowUpData);
+    if (mode == 0) return Extended(address, kAutoIris, kAutoOff);
+    return Extended(address, kAutoIris, kAutoOn) + Extended(address, kAutoIrisFollowUp, kAutoIrisFollowUpData);
 }
 
 Bytes CPelcoD::AutoFocus(uint32_t address, int mode) {
-    return Command(address, kAutoFocus, mode != 0 ? kAutoOn : kAutoOff);
+    return Extended(address, kAutoFocus, mode != 0 ? kAutoOn : kAutoOff);
 }
 
-// The value fills command 1 to data 2, most significant byte first.
-Bytes CPelcoD::RawCommand(uint32_t address, uint32_t value) {
-    return Frame(address, value >> 24, value >> 16, value >> 8, value);
-}
+Bytes CPelcoD::RawCommand(uint32_t address, uint32_t value) { return Envelope(address, pelco::Raw(value)); }
 
 Bytes CPelcoD::Menu(uint32_t address, int on) {
     if (on < 1) return {};
@@ -85,16 +82,16 @@ Bytes CPelcoD::MenuEnter(uint32_t address, int) { return Iris(address, 1); }
 
 Bytes CPelcoD::MenuNavigate(uint32_t, int, int, int) { return {}; }
 
-Bytes CPelcoD::Flip(uint32_t address, int) { return Command(address, pelco::kGoToPreset, kFlipPreset); }
+Bytes CPelcoD::Flip(uint32_t address, int) { return Extended(address, pelco::kGoToPreset, kFlipPreset); }
 
 Bytes CPelcoD::ApplePeel(uint32_t, int) { return {}; }
 
 // Stop recording names no pattern.
 Bytes CPelcoD::Pattern(uint32_t address, int number, int action) {
     switch (action) {
-        case kPatternStartRecording: return Command(address, kStartRecordingPattern, number);
-        case kPatternStopRecording: return Command(address, kStopRecordingPattern, 0);
-        case kPatternRun: return Command(address, kRunPattern, number);
+        case kPatternStartRecording: return Extended(address, kStartRecordingPattern, number);
+        case kPatternStopRecording: return Extended(address, kStopRecordingPattern, 0);
+        case kPatternRun: return Extended(address, kRunPattern, number);
         default: return {};
     }
 }

@@ -1,35 +1,29 @@
 #include "protocols/pelco_p.h"
 
-#include "protocols/pelco_common.h"
+#include "protocols/pelco_commands.h"
 #include "protocols/pelco_p_wire.h"
 
 namespace vorna {
 
 namespace {
 
+using pelco::CommandBytes;
 using pelco::Low8;
-
 using namespace pelco_p;
 
-// Address 1 goes on the wire as 0, so address 0 wraps to 0xFF.
-Bytes Frame(uint32_t address, uint32_t data1, uint32_t data2, uint32_t data3, uint32_t data4) {
+// Start, address, the command as data 1 to data 4, end, and the checksum that
+// guards them all. Address 1 goes on the wire as 0, so address 0 wraps to 0xFF.
+Bytes Envelope(uint32_t address, const CommandBytes& command) {
     Bytes frame(kFrameSize, '\0');
     frame[kStartAt] = static_cast<char>(kStart);
     frame[kAddressAt] = static_cast<char>(Low8(address - 1));
-    frame[kData1At] = static_cast<char>(Low8(data1));
-    frame[kData2At] = static_cast<char>(Low8(data2));
-    frame[kData3At] = static_cast<char>(Low8(data3));
-    frame[kData4At] = static_cast<char>(Low8(data4));
+    frame[kData1At] = static_cast<char>(Low8(command.command1));
+    frame[kData2At] = static_cast<char>(Low8(command.command2));
+    frame[kData3At] = static_cast<char>(Low8(command.data1));
+    frame[kData4At] = static_cast<char>(Low8(command.data2));
     frame[kEndAt] = static_cast<char>(kEnd);
     frame[kChecksumAt] = static_cast<char>(Checksum(reinterpret_cast<const uint8_t*>(frame.data())));
     return frame;
-}
-
-// Extended commands leave data 1 and data 3 at zero.
-Bytes Command(uint32_t address, uint8_t command, uint32_t data) { return Frame(address, 0, command, 0, data); }
-
-Bytes LensFrame(uint32_t address, int direction, uint8_t positive, uint8_t negative) {
-    return Frame(address, direction > 0 ? positive : direction < 0 ? negative : 0, 0, 0, 0);
 }
 
 }  // namespace
@@ -45,28 +39,28 @@ Bytes CPelcoP::Pan(uint32_t, int) { return {}; }
 Bytes CPelcoP::Tilt(uint32_t, int) { return {}; }
 Bytes CPelcoP::Zoom(uint32_t, int) { return {}; }
 
-// Zoom has no speed in the frame; it is set apart with SetZoomSpeed.
 Bytes CPelcoP::Move(uint32_t address, int pan, int tilt, int zoom) {
-    return Frame(address, 0, pelco::MotionBits(pan, tilt, zoom), pelco::SpeedByte(pan), pelco::SpeedByte(tilt));
+    return Envelope(address, pelco::Move(pan, tilt, zoom));
 }
 
 Bytes CPelcoP::Preset(uint32_t address, int number, int action) {
-    return Command(address, pelco::PresetCommand(action), number);
+    return Envelope(address, pelco::Preset(number, action));
 }
 
-Bytes CPelcoP::SetZoomSpeed(uint32_t address, int speed) { return Command(address, pelco::kSetZoomSpeed, speed); }
+Bytes CPelcoP::SetZoomSpeed(uint32_t address, int speed) { return Envelope(address, pelco::ZoomSpeed(speed)); }
 
-Bytes CPelcoP::Iris(uint32_t address, int direction) { return LensFrame(address, direction, kIrisOpen, kIrisClose); }
+Bytes CPelcoP::Iris(uint32_t address, int direction) {
+    return Envelope(address, pelco::LensMotion(direction, kIrisOpen, kIrisClose));
+}
 
-Bytes CPelcoP::Focus(uint32_t address, int direction) { return LensFrame(address, direction, kFocusNear, kFocusFar); }
+Bytes CPelcoP::Focus(uint32_t address, int direction) {
+    return Envelope(address, pelco::LensMotion(direction, kFocusNear, kFocusFar));
+}
 
 Bytes CPelcoP::AutoIris(uint32_t, int) { return {}; }
 Bytes CPelcoP::AutoFocus(uint32_t, int) { return {}; }
 
-// The value fills data 1 to data 4, most significant byte first.
-Bytes CPelcoP::RawCommand(uint32_t address, uint32_t value) {
-    return Frame(address, value >> 24, value >> 16, value >> 8, value);
-}
+Bytes CPelcoP::RawCommand(uint32_t address, uint32_t value) { return Envelope(address, pelco::Raw(value)); }
 
 Bytes CPelcoP::Menu(uint32_t address, int on) {
     if (on < 1) return {};
