@@ -3,17 +3,11 @@
 #include <cmath>
 #include <cstdio>
 
+#include "vorna/ptz.h"
+
 namespace vorna_host {
 
 namespace {
-
-constexpr int kOpcodeCount = 74;
-constexpr int kSetZoomSpeed = 30;
-constexpr int kSetPanSpeed = 39;
-constexpr int kSetTiltSpeed = 46;
-constexpr int kSetPreset = 58;
-constexpr int kClearPreset = 59;
-constexpr int kGotoPreset = 60;
 
 // A frame field that carries no speed for an axis still takes the setting
 // through the module's arithmetic; this keeps it far from overflow.
@@ -40,18 +34,18 @@ struct WireLimits {
 };
 
 const WireLimits kWireLimits[] = {
-    {"Pelco-D", 63, 63, 255, 2400},
-    {"HSD-Pelco-D", 63, 63, 255, 2400},
-    {"Pelco-P", 63, 63, 255, 4800},
-    {"Panasonic", 63, 63, 3, 9600},
-    {"AD-RS422", 254, 254, kNoSpeedField, 4800},
-    {"Bosch", 66, 66, 7, 9600},
-    {"GE-ASCII", 200, 200, 11, 9600},
-    {"GE-Impac", 254, 254, 14, 9600},
-    {"AD-M3200", 54, 54, kNoSpeedField, 1200},
-    {"AD-M3200 Multi", 54, 54, kNoSpeedField, 1200},
-    {"AD-MP48", 62, 62, kNoSpeedField, 1200},
-    {"AD-MP48 Multi", 62, 62, kNoSpeedField, 1200},
+    {VORNA_PROTOCOL_PELCO_D, 63, 63, 255, 2400},
+    {VORNA_PROTOCOL_HSD_PELCO_D, 63, 63, 255, 2400},
+    {VORNA_PROTOCOL_PELCO_P, 63, 63, 255, 4800},
+    {VORNA_PROTOCOL_PANASONIC, 63, 63, 3, 9600},
+    {VORNA_PROTOCOL_AD_RS422, 254, 254, kNoSpeedField, 4800},
+    {VORNA_PROTOCOL_BOSCH, 66, 66, 7, 9600},
+    {VORNA_PROTOCOL_GE_ASCII, 200, 200, 11, 9600},
+    {VORNA_PROTOCOL_GE_IMPAC, 254, 254, 14, 9600},
+    {VORNA_PROTOCOL_AD_M3200, 54, 54, kNoSpeedField, 1200},
+    {VORNA_PROTOCOL_AD_M3200_MULTI, 54, 54, kNoSpeedField, 1200},
+    {VORNA_PROTOCOL_AD_MP48, 62, 62, kNoSpeedField, 1200},
+    {VORNA_PROTOCOL_AD_MP48_MULTI, 62, 62, kNoSpeedField, 1200},
 };
 
 struct Surprise {
@@ -61,7 +55,7 @@ struct Surprise {
 };
 
 const Surprise kSurprises[] = {
-    {"AD-RS422", kClearPreset, "AD-RS422 cannot clear a preset: 'preset clear %d' stores the current position as "
+    {VORNA_PROTOCOL_AD_RS422, VORNA_OP_CLEAR_PRESET, "AD-RS422 cannot clear a preset: 'preset clear %d' stores the current position as "
                                "preset %d"},
 };
 
@@ -82,19 +76,19 @@ std::string CheckSpeed(const char* axis, double setting, int highest, const std:
 }
 
 std::string CheckCall(const OpcodeCall& call, const std::string& protocol, const ProtocolLimits& limits) {
-    if (call.opcode < 0 || call.opcode >= kOpcodeCount) return "opcodes are " + Range(0, kOpcodeCount - 1);
+    if (call.opcode < 0 || call.opcode >= VORNA_OPCODE_MAX) return "opcodes are " + Range(0, VORNA_OPCODE_MAX - 1);
     if (protocol.empty()) return std::string();
     const WireLimits* speeds = FindWireLimits(protocol);
     switch (call.opcode) {
-        case kSetPanSpeed:
+        case VORNA_OP_SET_PAN_SPEED:
             return speeds ? CheckSpeed("pan", call.parm, speeds->pan, protocol) : std::string();
-        case kSetTiltSpeed:
+        case VORNA_OP_SET_TILT_SPEED:
             return speeds ? CheckSpeed("tilt", call.parm, speeds->tilt, protocol) : std::string();
-        case kSetZoomSpeed:
+        case VORNA_OP_SET_ZOOM_SPEED:
             return speeds ? CheckSpeed("zoom", call.parm, speeds->zoom, protocol) : std::string();
-        case kSetPreset:
-        case kClearPreset:
-        case kGotoPreset:
+        case VORNA_OP_SET_PRESET:
+        case VORNA_OP_CLEAR_PRESET:
+        case VORNA_OP_GO_TO_PRESET:
             if (IntegerPart(call.parm) >= 1 && IntegerPart(call.parm) <= limits.presets) return std::string();
             return "preset numbers on " + protocol + " are " + Range(1, limits.presets);
         default:
@@ -139,7 +133,9 @@ int UsualBaud(const std::string& protocol) {
 
 bool OnlySettings(const std::vector<OpcodeCall>& calls) {
     for (const OpcodeCall& call : calls)
-        if (call.opcode != kSetPanSpeed && call.opcode != kSetTiltSpeed && call.opcode != kSetZoomSpeed) return false;
+        if (call.opcode != VORNA_OP_SET_PAN_SPEED && call.opcode != VORNA_OP_SET_TILT_SPEED &&
+            call.opcode != VORNA_OP_SET_ZOOM_SPEED)
+            return false;
     return true;
 }
 
