@@ -93,6 +93,27 @@ TEST(VornaHost, DemoScriptDrivesBothCamerasOnVirtualLines) {
     EXPECT_NE(std::string::npos, host.err.find("vorna-host: configuration: 2 cameras, 12 protocols\n"));
 }
 
+// The time column of the first printed line that holds `part`.
+long TimeOfLineWith(const std::string& out, const std::string& part) {
+    const size_t at = out.find(part);
+    if (at == std::string::npos) return -1;
+    return std::stol(out.substr(out.rfind('\n', at) + 1));
+}
+
+TEST(VornaHost, VirtualLinesShowEachFrameWhenItWouldHaveLeftTheWire) {
+    TempDir dir;
+    dir.Write("VORNA.xml", ReadFile(kExamples + "/VORNA.xml"));
+    dir.Write("pan.script", "camera 1 1 2\nleft\n");
+    HostProcess host({"--line", "COM1=Pelco-D", "--line", "COM2=Panasonic:2400", "--script", "pan.script"}, dir.path);
+    ASSERT_EQ(0, host.Finish(5000)) << host.err;
+
+    // 18 bytes at 2400 baud take 75 ms.
+    const long commanded = TimeOfLineWith(host.out, "> left");
+    const long shown = TimeOfLineWith(host.out, "|.AD01;GC7:9028870.|");
+    ASSERT_GE(commanded, 0) << host.out;
+    EXPECT_GE(shown - commanded, 75) << host.out;
+}
+
 TEST(VornaHost, RefusesBadStartBeforeSendingAnything) {
     struct Row {
         std::vector<std::string> args;

@@ -31,6 +31,8 @@ public:
     PrintedLine(const LineOption& line, std::chrono::steady_clock::time_point start, FILE* out);
 
     bool Send(const uint8_t* bytes, size_t length, std::string& error) override;
+    // A frame shows when it would have gone out whole at the line's baud rate.
+    Handover HandedAt() const override { return Handover::kLastByte; }
 
 private:
     std::string name_;
