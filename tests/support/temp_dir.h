@@ -5,6 +5,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -20,8 +21,8 @@ public:
         path = pattern;
     }
     ~TempDir() {
-        const std::string command = "rm -rf '" + path + "'";
-        if (std::system(command.c_str()) != 0) return;
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
     }
 
     std::string File(const std::string& name) const { return path + "/" + name; }
