@@ -65,9 +65,11 @@ public:
     }
 
 private:
+    // No byte taken: glibc reads a cookie write of 0 as the error, while -1
+    // would be counted as bytes written on its direct-write path.
     static ssize_t RefuseWrite(void* self, const char*, size_t) {
         errno = static_cast<FailingFileSystem*>(self)->error_;
-        return -1;
+        return 0;
     }
 
     // True, with errno set, when `call` is the one to fail.
