@@ -1,3 +1,4 @@
+#include <array>
 #include <cstring>
 
 #include "protocols/ad_megapower_wire.h"
@@ -22,7 +23,14 @@ constexpr int kMp48Fastest = 64;
 constexpr int kMp48FastestDigit = 8;
 
 bool IsDigit(uint8_t c) { return c >= '0' && c <= '9'; }
-bool IsKey(uint8_t c) { return c != '\0' && std::strchr(kKeys, c) != nullptr; }
+bool IsKey(uint8_t c) {
+    static const auto kIsKey = [] {
+        std::array<bool, 256> table{};
+        for (const char* key = kKeys; *key != '\0'; ++key) table[static_cast<uint8_t>(*key)] = true;
+        return table;
+    }();
+    return kIsKey[c];
+}
 
 // One key sequence: [number] [key] channel letter.
 struct KeySequence {
@@ -93,7 +101,7 @@ public:
             return Describe(frame, "Select", {}, FrameKind::kOther, "select camera " + std::to_string(frame.address));
         }
         frame.address = cameras_[sequence.channel];
-        if (!DecodeKeys(sequence, std::string(reinterpret_cast<const char*>(data), size - 1), frame)) {
+        if (!DecodeKeys(sequence, reinterpret_cast<const char*>(data), size - 1, frame)) {
             Describe(frame, "PassThrough", {}, FrameKind::kOther,
                      "keys " + std::string(reinterpret_cast<const char*>(data), size));
         }
@@ -114,7 +122,8 @@ private:
                  "select camera " + std::to_string(frame.address) + " on monitor " + std::to_string(number));
     }
 
-    bool DecodeKeys(const KeySequence& sequence, const std::string& keys, DecodedFrame& frame) const {
+    // `keys`: the sequence without its channel letter.
+    bool DecodeKeys(const KeySequence& sequence, const char* keys, size_t size, DecodedFrame& frame) const {
         const int number = static_cast<int>(sequence.number);
         switch (sequence.key) {
             case kPresetSetKey: return Preset(frame, number, kPresetSet);
@@ -122,7 +131,7 @@ private:
             // Clearing a preset has no key: the number alone.
             case '\0': return Preset(frame, number, kPresetClear);
             case kPatternKey: return DecodePattern(number, frame);
-            case kSpecialFunctionKey: return DecodeSpecialFunction(keys, frame);
+            case kSpecialFunctionKey: return DecodeSpecialFunction(std::string(keys, size), frame);
             default: break;
         }
         for (const char* axis : {kPanKeys, kTiltKeys}) {

@@ -162,8 +162,9 @@ private:
                 samples.push_back(LineSample{baud, {}});
                 const WatchedLine::Read result = Sample(samples.back());
                 if (result == WatchedLine::Read::kStopped || result == WatchedLine::Read::kGone) return result;
-                const FamilyScore best = ScoreSamples({samples.back()}, families).front();
-                if (best.Share() >= kCertainShare && best.validBytes >= kCertainBytes) break;
+                const std::vector<FamilyScore> scores = ScoreSamples({samples.back()}, families);
+                Print("  " + DescribeSample(scores) + "\n");
+                if (scores.front().Share() >= kCertainShare && scores.front().validBytes >= kCertainBytes) break;
             }
             const std::vector<FamilyScore> scores = ScoreSamples(samples, families);
             const FamilyScore& best = scores.front();

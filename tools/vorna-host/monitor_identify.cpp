@@ -84,6 +84,13 @@ std::vector<FamilyScore> ScoreSamples(const std::vector<LineSample>& samples,
     return scores;
 }
 
+std::string DescribeSample(const std::vector<FamilyScore>& scores) {
+    const FamilyScore& best = scores.front();
+    std::string text = std::to_string(best.baud) + " baud: " + std::to_string(best.bytes) + " bytes";
+    if (best.validBytes == 0) return text;
+    return text + ", best " + FamilyLabel(best.protocol) + " " + Percent(best.Share());
+}
+
 std::string DescribeIdentification(const std::vector<FamilyScore>& scores) {
     if (scores.empty() || scores.front().bytes == 0) return "no traffic";
     const FamilyScore& best = scores.front();
