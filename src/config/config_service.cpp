@@ -97,13 +97,13 @@ int Update(PtzController& controller, const char* text, size_t length) {
 void Save(PtzController& controller) {
     XmlDocument document;
     BuildConfigDocument(controller, document);
-    if (!SaveDocument(document, kConfigFileName))
-        LogToHost(VORNA_LOG_UNPROCESSABLE, Format("config save error %s", document.ModuleErrorDesc().c_str()));
+    // The notice is printed first: the save releases the document as it
+    // prints the file.
     TiXmlPrinter notice;
     notice.SetStreamPrinting();
     document.Accept(&notice);
-    // Only the printed notice is needed from here on.
-    document.Clear();
+    if (!SaveDocument(document, kConfigFileName))
+        LogToHost(VORNA_LOG_UNPROCESSABLE, Format("config save error %s", document.ModuleErrorDesc().c_str()));
     HostMessage record = MakeHostMessage(VORNA_TYPE_CONFIG, VORNA_FLAGS_NOTICE, VORNA_MODULE_ID, notice.CStr(),
                                          static_cast<uint32_t>(notice.Size()));
     const int result = SendToHost(&record);

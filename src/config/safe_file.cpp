@@ -15,6 +15,21 @@ namespace {
 
 const char* const kSideFileSuffix = ".pending";
 
+// TinyXML's default printer, releasing each node as soon as everything after
+// it is printed too: the text grows while the tree shrinks, so that a site's
+// configuration is never held twice over while it is saved. TinyXML's walk
+// still needs the node it has just left, to find the next one, but none
+// before it.
+class ReleasingPrinter : public TiXmlPrinter {
+public:
+    bool VisitExit(const TiXmlElement& element) override {
+        const bool goOn = TiXmlPrinter::VisitExit(element);
+        TiXmlNode* printed = const_cast<TiXmlElement&>(element).PreviousSibling();
+        if (printed != nullptr) printed->Parent()->RemoveChild(printed);
+        return goOn;
+    }
+};
+
 // "<what> <errno> - <text>", from errno as the failed call left it.
 std::string ErrnoMessage(const char* what) {
     const int error = errno;
@@ -114,8 +129,9 @@ bool SaveDocument(XmlDocument& document, const std::string& fileName) {
     const std::string target = FinalTarget(files, fileName);
     const std::string sideFile = target + kSideFileSuffix;
     FirstFailure failure;
-    TiXmlPrinter indented;
+    ReleasingPrinter indented;
     document.Accept(&indented);
+    document.Clear();
     WriteSideFile(files, sideFile, indented.Str(), ModeOf(files, target), failure);
     if (failure.Failed()) {
         files.Unlink(sideFile);

@@ -17,7 +17,8 @@ namespace vorna {
 bool LoadDocument(XmlDocument& document, const std::string& fileName);
 
 // Writes `document` (four-space indentation, a line break after each element)
-// through the side file; the new file keeps the permission bits of the one
+// through the side file, releasing its nodes as it prints them (only the
+// error state is left); the new file keeps the permission bits of the one
 // it replaces. On failure returns false with the reason as the
 // document's module error (id 2); TinyXML's own error flag stays as it was.
 bool SaveDocument(XmlDocument& document, const std::string& fileName);
