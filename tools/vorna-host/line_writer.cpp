@@ -31,6 +31,7 @@ void LineWriter::Hand(std::string bytes, Clock::time_point now) {
     {
         std::lock_guard<std::mutex> lock(mutex_);
         lastArrival_ = scheduler_.Add(std::move(bytes), now);
+        if (!onTheWire_ && scheduler_.Waiting() == 1) PutOnTheWire(scheduler_.TakeNext(), now);
         handed_ = true;
     }
     wake_.notify_one();
@@ -38,22 +39,34 @@ void LineWriter::Hand(std::string bytes, Clock::time_point now) {
 
 LineWriter::Clock::time_point LineWriter::Pump(Clock::time_point now) {
     std::unique_lock<std::mutex> lock(mutex_);
-    if (onTheWire_ && now >= onTheWire_->leavesAt) Finish(lock);
-    if (onTheWire_) return onTheWire_->leavesAt;
-    if (scheduler_.Empty()) return kIdle;
-    // Bytes still in the driver mean the wire is slower than its baud says
-    // (flow control, a busy adapter): wait until they could have left.
-    const size_t unsent = line_->Unsent();
-    if (unsent > 0) return now + WireTime(unsent, baud_);
-    WaitingMessage next = scheduler_.TakeNext();
-    const Clock::time_point leavesAt = now + WireTime(next.bytes.size(), baud_);
-    onTheWire_ = OnTheWire{std::move(next), leavesAt};
-    if (line_->HandedAt() == SerialLine::Handover::kFirstByte && !SendUnlocked(lock, onTheWire_->message.bytes)) {
-        onTheWire_.reset();
-        drained_.notify_all();
-        return now;
+    if (onTheWire_ && onTheWire_->withTheLine && now >= onTheWire_->leavesAt) Finish(lock);
+    if (!onTheWire_ && scheduler_.Empty()) return kIdle;
+    if (!onTheWire_ || !onTheWire_->withTheLine) {
+        // Bytes still in the driver mean the wire is slower than its baud
+        // says (flow control, a busy adapter): wait until they could have left.
+        const size_t unsent = line_->Unsent();
+        if (unsent > 0) return now + WireTime(unsent, baud_);
+        if (!onTheWire_) PutOnTheWire(scheduler_.TakeNext(), now);
+        if (!GiveToLine(lock, now)) return now;
     }
-    return leavesAt;
+    return onTheWire_->leavesAt;
+}
+
+void LineWriter::PutOnTheWire(WaitingMessage message, Clock::time_point now) {
+    const Clock::time_point leavesAt = now + WireTime(message.bytes.size(), baud_);
+    onTheWire_ = OnTheWire{std::move(message), leavesAt, false};
+}
+
+// A device gets the message now, and its last byte leaves a frame time later;
+// a line that only shows frames gets it when that time has come (Finish).
+bool LineWriter::GiveToLine(std::unique_lock<std::mutex>& lock, Clock::time_point now) {
+    onTheWire_->withTheLine = true;
+    if (line_->HandedAt() != SerialLine::Handover::kFirstByte) return true;
+    onTheWire_->leavesAt = std::max(onTheWire_->leavesAt, now + WireTime(onTheWire_->message.bytes.size(), baud_));
+    if (SendUnlocked(lock, onTheWire_->message.bytes)) return true;
+    onTheWire_.reset();
+    drained_.notify_all();
+    return false;
 }
 
 void LineWriter::Finish(std::unique_lock<std::mutex>& lock) {

@@ -33,7 +33,9 @@ public:
     // Stops the writer; whatever still waits is not sent (Drain first).
     ~LineWriter();
 
-    // The callback's side: queues one message and returns.
+    // The callback's side: queues one message and returns. On an idle line
+    // the message is on the wire from this moment: nothing handed after it
+    // can overtake or replace it.
     void Hand(std::string bytes, Clock::time_point now);
     // The writer's side: does what is due at `now` and tells when it has
     // something to do again.
@@ -48,9 +50,13 @@ private:
     struct OnTheWire {
         WaitingMessage message;
         Clock::time_point leavesAt;
+        bool withTheLine;  // the line has been given it
     };
 
     void Run();
+    void PutOnTheWire(WaitingMessage message, Clock::time_point now);
+    // False when the line refused the message.
+    bool GiveToLine(std::unique_lock<std::mutex>& lock, Clock::time_point now);
     void Finish(std::unique_lock<std::mutex>& lock);
     bool SendUnlocked(std::unique_lock<std::mutex>& lock, const std::string& bytes);
     void RecordLatency(Clock::duration latency);
