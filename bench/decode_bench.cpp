@@ -68,15 +68,14 @@ void Identify(benchmark::State& state) {
     for (int baud : kTriedBauds) samples.push_back({baud, vorna_test::Reframe(second, kSampleBaud, baud)});
     std::vector<double> times;
     for (auto _ : state) {
-        times.push_back(Seconds([&] {
-            benchmark::DoNotOptimize(vorna_host::ScoreSamples(samples, vorna_host::ProtocolFamilies()));
-        }));
+        times.push_back(Seconds(
+            [&] { benchmark::DoNotOptimize(vorna_host::ScoreSamples(samples, vorna_host::ProtocolFamilies())); }));
     }
     state.counters["identify_ms"] = Median(times) * 1000;
 }
 
-const char* const kFamilies[] = {"Pelco-D", "Pelco-P", "Panasonic", "AD-RS422",
-                                 "Bosch",   "GE-ASCII", "GE-Impac", "AD-M3200 Multi"};
+const char* const kFamilies[] = {"Pelco-D", "Pelco-P",  "Panasonic", "AD-RS422",
+                                 "Bosch",   "GE-ASCII", "GE-Impac",  "AD-M3200 Multi"};
 
 const bool kRegistered = [] {
     for (const char* family : kFamilies) {

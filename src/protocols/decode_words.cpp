@@ -49,8 +49,7 @@ std::string RawWords(uint32_t value) {
     return text;
 }
 
-void Describe(DecodedFrame& frame, const char* operation, std::vector<int> args, FrameKind kind,
-              std::string meaning) {
+void Describe(DecodedFrame& frame, const char* operation, std::vector<int> args, FrameKind kind, std::string meaning) {
     frame.operation = operation;
     frame.args = std::move(args);
     frame.kind = kind;

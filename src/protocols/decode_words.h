@@ -25,8 +25,7 @@ std::string FocusWords(int direction);
 std::string RawWords(uint32_t value);
 
 // Sets what a decoded frame does.
-void Describe(DecodedFrame& frame, const char* operation, std::vector<int> args, FrameKind kind,
-              std::string meaning);
+void Describe(DecodedFrame& frame, const char* operation, std::vector<int> args, FrameKind kind, std::string meaning);
 // A Move frame: kStop when every axis is still.
 void DescribeMove(DecodedFrame& frame, int pan, int tilt, int zoom);
 

@@ -19,16 +19,16 @@ enum class FrameKind {
 };
 
 struct DecodedFrame {
-    std::string protocol;       // the protocol family's name as in the table ("Pelco-D", "Panasonic", ...)
-    int address = -1;           // camera address on the line; AD MegaPower: the camera number; -1: none
-    int keyboard = -1;          // AD MegaPower keyboard number (1 to 4: channel letters a to d); -1 elsewhere
-    std::string operation;      // the CProtocol operation it matches ("Move", "Preset", "Zoom", ...),
-                                // empty for kUnknown
-    std::vector<int> args;      // that operation's arguments after the address, as the builder takes them
+    std::string protocol;   // the protocol family's name as in the table ("Pelco-D", "Panasonic", ...)
+    int address = -1;       // camera address on the line; AD MegaPower: the camera number; -1: none
+    int keyboard = -1;      // AD MegaPower keyboard number (1 to 4: channel letters a to d); -1 elsewhere
+    std::string operation;  // the CProtocol operation it matches ("Move", "Preset", "Zoom", ...),
+                            // empty for kUnknown
+    std::vector<int> args;  // that operation's arguments after the address, as the builder takes them
     FrameKind kind = FrameKind::kUnknown;
-    std::string meaning;        // plain words for an installer: "pan left 32, tilt still", "go to preset 5"
-    std::string error;          // kUnknown only: "bad checksum 0x24, expected 0x25", "bad framing", "truncated"
-    std::string bytes;          // the raw bytes of this frame
+    std::string meaning;  // plain words for an installer: "pan left 32, tilt still", "go to preset 5"
+    std::string error;    // kUnknown only: "bad checksum 0x24, expected 0x25", "bad framing", "truncated"
+    std::string bytes;    // the raw bytes of this frame
 };
 
 // Decodes one line's byte stream: keeps partial frames between calls, resynchronises after garbage,

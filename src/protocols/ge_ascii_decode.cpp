@@ -34,7 +34,8 @@ public:
 
     void Decode(const uint8_t* data, size_t, DecodedFrame& frame) override {
         frame.address = 0;
-        for (int at = kAddressAt; at < kAddressAt + kAddressDigits; ++at) frame.address = frame.address * 10 + data[at] - '0';
+        for (int at = kAddressAt; at < kAddressAt + kAddressDigits; ++at)
+            frame.address = frame.address * 10 + data[at] - '0';
         const char command = static_cast<char>(data[kCommandAt]);
         // Tens are counted from '0' without a range check.
         if (data[kValueTensAt] >= '0' && IsDigit(data[kValueOnesAt]) &&
@@ -84,7 +85,8 @@ private:
         for (int lens = 0; lens < 2; ++lens) {
             const int sign = Sign(*moves[lens], command);
             if (sign == 0) continue;
-            Describe(frame, moveNames[lens], {sign}, FrameKind::kMotion, lens == 0 ? IrisWords(sign) : FocusWords(sign));
+            Describe(frame, moveNames[lens], {sign}, FrameKind::kMotion,
+                     lens == 0 ? IrisWords(sign) : FocusWords(sign));
             return true;
         }
         const DirectionLetters* stops[] = {&kStopPanLetters, &kStopTiltLetters, &kStopZoomLetters, &kStopIrisLetters,

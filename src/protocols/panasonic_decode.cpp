@@ -51,11 +51,20 @@ bool IsHex(uint8_t c) { return IsDigit(c) || (c >= 'A' && c <= 'F'); }
 
 uint32_t HexValue(const char* text, size_t size) {
     uint32_t value = 0;
-    for (size_t at = 0; at < size; ++at) value = value << 4 | static_cast<uint32_t>(IsDigit(text[at]) ? text[at] - '0' : text[at] - 'A' + 10);
+    for (size_t at = 0; at < size; ++at)
+        value = value << 4 | static_cast<uint32_t>(IsDigit(text[at]) ? text[at] - '0' : text[at] - 'A' + 10);
     return value;
 }
 
-bool StartsWith(const std::string& text, const char* prefix) { return text.compare(0, std::strlen(prefix), prefix) == 0; }
+bool StartsWith(const std::string& text, const char* prefix) {
+    return text.compare(0, std::strlen(prefix), prefix) == 0;
+}
+
+// The hex number after a command's prefix.
+uint32_t NumberAfter(const std::string& command, const char* prefix) {
+    const size_t length = std::strlen(prefix);
+    return HexValue(command.data() + length, command.size() - length);
+}
 
 class PanasonicReader : public FrameReader {
 public:
@@ -100,29 +109,32 @@ public:
         }
         if (command.size() == kCommandDigits && DecodeNumbered(command, frame)) return;
         if (!DecodePreset(command, frame)) {
-            const uint32_t value = HexValue(command.data(), command.size() < kLongestNumber ? command.size() : kLongestNumber);
+            const uint32_t value =
+                HexValue(command.data(), command.size() < kLongestNumber ? command.size() : kLongestNumber);
             Describe(frame, "RawCommand", {static_cast<int>(value)}, FrameKind::kOther, RawWords(value));
         }
     }
 
 private:
     static bool DecodeNumbered(const std::string& command, DecodedFrame& frame) {
-        if (StartsWith(command, kMovePrefix)) return DecodeMove(HexValue(command.data() + 3, 4), frame);
-        if (StartsWith(command, kIrisPrefix)) return DecodeLens("Iris", HexValue(command.data() + 3, 4), kIrisOpen, kIrisClose, kIrisStop, frame);
-        if (StartsWith(command, kFocusPrefix)) return DecodeLens("Focus", HexValue(command.data() + 6, 1), kFocusNear, kFocusFar, kFocusStop, frame);
+        if (StartsWith(command, kMovePrefix)) return DecodeMove(NumberAfter(command, kMovePrefix), frame);
+        if (StartsWith(command, kIrisPrefix)) {
+            return DecodeLens("Iris", IrisWords, NumberAfter(command, kIrisPrefix), kIrisOpen, kIrisClose, kIrisStop,
+                              frame);
+        }
+        if (StartsWith(command, kFocusPrefix)) {
+            return DecodeLens("Focus", FocusWords, NumberAfter(command, kFocusPrefix), kFocusNear, kFocusFar,
+                              kFocusStop, frame);
+        }
         return false;
     }
 
-    static bool DecodeLens(const char* operation, uint32_t code, uint32_t positive, uint32_t negative, uint32_t stop,
-                           DecodedFrame& frame) {
-        const bool iris = operation[0] == 'I';
-        if (code == stop) {
-            Describe(frame, operation, {0}, FrameKind::kStop, iris ? IrisWords(0) : FocusWords(0));
-            return true;
-        }
-        if (code != positive && code != negative) return false;
-        const int direction = code == positive ? 1 : -1;
-        Describe(frame, operation, {direction}, FrameKind::kMotion, iris ? IrisWords(direction) : FocusWords(direction));
+    static bool DecodeLens(const char* operation, std::string (*words)(int), uint32_t code, uint32_t positive,
+                           uint32_t negative, uint32_t stop, DecodedFrame& frame) {
+        if (code != positive && code != negative && code != stop) return false;
+        const int direction = code == positive ? 1 : code == negative ? -1 : 0;
+        Describe(frame, operation, {direction}, direction == 0 ? FrameKind::kStop : FrameKind::kMotion,
+                 words(direction));
         return true;
     }
 
@@ -133,7 +145,7 @@ private:
         if (!StartsWith(command, kPresetPrefix) || (command.size() != prefix + 2 && command.size() != prefix + 8)) {
             return false;
         }
-        const uint32_t code = HexValue(command.data() + prefix, command.size() - prefix);
+        const uint32_t code = NumberAfter(command, kPresetPrefix);
         const bool stored = code >= kStoredPresetOffset && code != kRecalledPresetOffset;
         const int preset = static_cast<int>(stored ? code - kStoredPresetOffset : code - kRecalledPresetOffset);
         const int action = stored ? kPresetSet : kPresetGoTo;
@@ -149,7 +161,7 @@ private:
         const int panNibble = motion >> 4 & 0xF;
         const int tiltNibble = motion & 0xF;
         if (zoomNibble > kZoomStill) return false;
-        const int zoom = zoomNibble == kZoomStill ? 0
+        const int zoom = zoomNibble == kZoomStill       ? 0
                          : zoomNibble >= kZoomOutSpeeds ? -static_cast<int>(zoomNibble - kZoomOutSpeeds + 1)
                                                         : static_cast<int>(zoomNibble + 1);
         for (int pan = -1; pan <= 1; ++pan) {

@@ -18,7 +18,8 @@ public:
         if (data[0] != kSync) return FrameSpan::NoStart();
         if (size < kFrameSize) return FrameSpan::NeedMore();
         const uint8_t expected = Checksum(data);
-        if (data[kChecksumAt] != expected) return FrameSpan::Invalid(kFrameSize, BadChecksum(data[kChecksumAt], expected));
+        if (data[kChecksumAt] != expected)
+            return FrameSpan::Invalid(kFrameSize, BadChecksum(data[kChecksumAt], expected));
         return FrameSpan::Valid(kFrameSize);
     }
 

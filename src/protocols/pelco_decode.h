@@ -53,7 +53,8 @@ inline bool Lens(DecodedFrame& frame, const char* operation, int direction, std:
 inline bool DecodePresetCommand(uint8_t command, int value, bool menuByPreset, DecodedFrame& frame) {
     switch (command) {
         case kSetPreset:
-            if (menuByPreset && value == kMenuPreset) return Other(frame, "Menu", {1}, "open the menu (store preset 95)");
+            if (menuByPreset && value == kMenuPreset)
+                return Other(frame, "Menu", {1}, "open the menu (store preset 95)");
             return Other(frame, "Preset", {value, kPresetSet}, PresetWords(value, kPresetSet));
         case kClearPreset: return Other(frame, "Preset", {value, kPresetClear}, PresetWords(value, kPresetClear));
         case kGoToPreset: return Other(frame, "Preset", {value, kPresetGoTo}, PresetWords(value, kPresetGoTo));

@@ -15,7 +15,8 @@ public:
         if (size < kFrameSize) return FrameSpan::NeedMore();
         if (data[kEndAt] != kEnd) return FrameSpan::Invalid(kFrameSize, "bad framing");
         const uint8_t expected = Checksum(data);
-        if (data[kChecksumAt] != expected) return FrameSpan::Invalid(kFrameSize, BadChecksum(data[kChecksumAt], expected));
+        if (data[kChecksumAt] != expected)
+            return FrameSpan::Invalid(kFrameSize, BadChecksum(data[kChecksumAt], expected));
         return FrameSpan::Valid(kFrameSize);
     }
 

@@ -14,13 +14,9 @@ constexpr size_t kShortFrame = 3;
 // stop-recording command.
 constexpr int kRecordablePatterns = 4;
 
-void Say(DecodedFrame& frame, const char* operation, std::vector<int> args, FrameKind kind, std::string words) {
-    Describe(frame, operation, std::move(args), kind, std::move(words));
-}
-
 // A command byte sent on its own is what RawCommand sends for that byte.
 void Raw(DecodedFrame& frame, uint32_t value, FrameKind kind, std::string words) {
-    Say(frame, "RawCommand", {static_cast<int>(value)}, kind, std::move(words));
+    Describe(frame, "RawCommand", {static_cast<int>(value)}, kind, std::move(words));
 }
 
 class SensormaticReader : public FrameReader {
@@ -53,37 +49,37 @@ private:
     static void DecodeCommand(uint8_t command, DecodedFrame& frame) {
         const uint32_t raw = uint32_t{command} << 24;
         switch (command) {
-            case kPanStop: return Say(frame, "StopAxes", {1, 0, 0, 0, 0}, FrameKind::kStop, "pan stop");
-            case kTiltStop: return Say(frame, "StopAxes", {0, 1, 0, 0, 0}, FrameKind::kStop, "tilt stop");
-            case kZoomStop: return Say(frame, "StopAxes", {0, 0, 1, 0, 0}, FrameKind::kStop, "zoom stop");
-            case kIrisStop: return Say(frame, "StopAxes", {0, 0, 0, 1, 0}, FrameKind::kStop, "iris stop");
-            case kFocusStop: return Say(frame, "StopAxes", {0, 0, 0, 0, 1}, FrameKind::kStop, "focus stop");
-            case kZoomIn: return Say(frame, "Zoom", {1}, FrameKind::kMotion, "zoom in");
-            case kZoomOut: return Say(frame, "Zoom", {-1}, FrameKind::kMotion, "zoom out");
-            case kIrisOpen: return Say(frame, "Iris", {1}, FrameKind::kMotion, IrisWords(1));
-            case kIrisClose: return Say(frame, "Iris", {-1}, FrameKind::kMotion, IrisWords(-1));
-            case kFocusNear: return Say(frame, "Focus", {1}, FrameKind::kMotion, FocusWords(1));
-            case kFocusFar: return Say(frame, "Focus", {-1}, FrameKind::kMotion, "focus far (in the menu: select)");
-            case kApplePeel: return Say(frame, "ApplePeel", {0}, FrameKind::kOther, "apple peel");
+            case kPanStop: return Describe(frame, "StopAxes", {1, 0, 0, 0, 0}, FrameKind::kStop, "pan stop");
+            case kTiltStop: return Describe(frame, "StopAxes", {0, 1, 0, 0, 0}, FrameKind::kStop, "tilt stop");
+            case kZoomStop: return Describe(frame, "StopAxes", {0, 0, 1, 0, 0}, FrameKind::kStop, "zoom stop");
+            case kIrisStop: return Describe(frame, "StopAxes", {0, 0, 0, 1, 0}, FrameKind::kStop, "iris stop");
+            case kFocusStop: return Describe(frame, "StopAxes", {0, 0, 0, 0, 1}, FrameKind::kStop, "focus stop");
+            case kZoomIn: return Describe(frame, "Zoom", {1}, FrameKind::kMotion, "zoom in");
+            case kZoomOut: return Describe(frame, "Zoom", {-1}, FrameKind::kMotion, "zoom out");
+            case kIrisOpen: return Describe(frame, "Iris", {1}, FrameKind::kMotion, IrisWords(1));
+            case kIrisClose: return Describe(frame, "Iris", {-1}, FrameKind::kMotion, IrisWords(-1));
+            case kFocusNear: return Describe(frame, "Focus", {1}, FrameKind::kMotion, FocusWords(1));
+            case kFocusFar: return Describe(frame, "Focus", {-1}, FrameKind::kMotion, "focus far (in the menu: select)");
+            case kApplePeel: return Describe(frame, "ApplePeel", {0}, FrameKind::kOther, "apple peel");
             case kPanLeft: return Raw(frame, raw, FrameKind::kMotion, "pan left");
             case kPanRight: return Raw(frame, raw, FrameKind::kMotion, "pan right");
             case kTiltUp: return Raw(frame, raw, FrameKind::kMotion, "tilt up");
             case kTiltDown: return Raw(frame, raw, FrameKind::kMotion, "tilt down");
             case kStopRecording:
-                return Say(frame, "Pattern", {0, kPatternStopRecording}, FrameKind::kOther,
+                return Describe(frame, "Pattern", {0, kPatternStopRecording}, FrameKind::kOther,
                            PatternWords(0, kPatternStopRecording));
             case kPatternAction2Command:
-                return Say(frame, "Pattern", {0, kPatternAction2}, FrameKind::kOther, PatternWords(0, kPatternAction2));
+                return Describe(frame, "Pattern", {0, kPatternAction2}, FrameKind::kOther, PatternWords(0, kPatternAction2));
             default: break;
         }
         const int recorded = command - static_cast<int>(kRecordPatternBase);
         if (recorded >= 0 && recorded < kRecordablePatterns) {
-            return Say(frame, "Pattern", {recorded, kPatternStartRecording}, FrameKind::kOther,
+            return Describe(frame, "Pattern", {recorded, kPatternStartRecording}, FrameKind::kOther,
                        PatternWords(recorded, kPatternStartRecording));
         }
         const int run = command - static_cast<int>(kRunPatternBase);
         if (run >= 0 && command < kStopRecording) {
-            return Say(frame, "Pattern", {run, kPatternRun}, FrameKind::kOther, PatternWords(run, kPatternRun));
+            return Describe(frame, "Pattern", {run, kPatternRun}, FrameKind::kOther, PatternWords(run, kPatternRun));
         }
         Raw(frame, raw, FrameKind::kOther, RawWords(raw));
     }
@@ -105,7 +101,7 @@ private:
 
     static void Axis(DecodedFrame& frame, const char* operation, int speed, const char* axis, const char* negative,
                      const char* positive) {
-        Say(frame, operation, {speed}, FrameKind::kMotion, AxisWords(axis, speed, negative, positive));
+        Describe(frame, operation, {speed}, FrameKind::kMotion, AxisWords(axis, speed, negative, positive));
     }
 
     // Presets go out less one. Clearing sends the store frame, so a store
@@ -117,16 +113,16 @@ private:
             const uint32_t raw = uint32_t{kPreset} << 24 | uint32_t{function} << 16 | uint32_t{number} << 8;
             return Raw(frame, raw, FrameKind::kOther, RawWords(raw));
         }
-        Say(frame, "Preset", {preset, action}, FrameKind::kOther, PresetWords(preset, action));
+        Describe(frame, "Preset", {preset, action}, FrameKind::kOther, PresetWords(preset, action));
     }
 
     // Auto iris and auto focus share one special function.
     static void DecodeSpecial(uint8_t function, DecodedFrame& frame) {
         switch (function) {
-            case kFlip: return Say(frame, "Flip", {0}, FrameKind::kOther, "flip");
-            case kMenuOpen: return Say(frame, "Menu", {1}, FrameKind::kOther, "open the menu");
-            case kMenuClose: return Say(frame, "Menu", {0}, FrameKind::kOther, "close the menu");
-            case kLensAuto: return Say(frame, "AutoIris", {1}, FrameKind::kOther, "auto iris and focus on");
+            case kFlip: return Describe(frame, "Flip", {0}, FrameKind::kOther, "flip");
+            case kMenuOpen: return Describe(frame, "Menu", {1}, FrameKind::kOther, "open the menu");
+            case kMenuClose: return Describe(frame, "Menu", {0}, FrameKind::kOther, "close the menu");
+            case kLensAuto: return Describe(frame, "AutoIris", {1}, FrameKind::kOther, "auto iris and focus on");
             default: break;
         }
         const uint32_t raw = uint32_t{kSpecialFunction} << 24 | uint32_t{function} << 16;

@@ -153,8 +153,9 @@ private:
     WatchedLine::Read Identify(FamilyScore& found) {
         const std::vector<std::string> families =
             options_.protocol.empty() ? ProtocolFamilies() : std::vector<std::string>{options_.protocol};
-        const std::vector<int> bauds =
-            options_.baud != 0 ? std::vector<int>{options_.baud} : std::vector<int>(std::begin(kTriedBauds), std::end(kTriedBauds));
+        const std::vector<int> bauds = options_.baud != 0
+                                           ? std::vector<int>{options_.baud}
+                                           : std::vector<int>(std::begin(kTriedBauds), std::end(kTriedBauds));
         Print("listening to " + options_.device + " to find its protocol and baud rate (Ctrl-C ends)\n");
         for (;;) {
             std::vector<LineSample> samples;
@@ -191,7 +192,8 @@ private:
     }
 
     int Watch(const std::string& protocol, int baud) {
-        if (!line_.SetBaud(baud)) return Fail("cannot set " + options_.device + " to " + std::to_string(baud) + " baud");
+        if (!line_.SetBaud(baud))
+            return Fail("cannot set " + options_.device + " to " + std::to_string(baud) + " baud");
         const std::unique_ptr<vorna::FrameDecoder> decoder = vorna::MakeFrameDecoder(protocol);
         WatchedLine::Read result;
         do {
@@ -211,7 +213,8 @@ private:
     }
 
     int Finish(WatchedLine::Read result) {
-        if (result == WatchedLine::Read::kGone) std::fprintf(err_, "vorna-host: %s went away\n", options_.device.c_str());
+        if (result == WatchedLine::Read::kGone)
+            std::fprintf(err_, "vorna-host: %s went away\n", options_.device.c_str());
         Print(table_.Format());
         return result == WatchedLine::Read::kGone ? kLineError : 0;
     }

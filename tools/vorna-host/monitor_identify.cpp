@@ -94,8 +94,9 @@ std::string DescribeSample(const std::vector<FamilyScore>& scores) {
 std::string DescribeIdentification(const std::vector<FamilyScore>& scores) {
     if (scores.empty() || scores.front().bytes == 0) return "no traffic";
     const FamilyScore& best = scores.front();
-    std::string text = FamilyLabel(best.protocol) + " at " + std::to_string(best.baud) + " baud: " +
-                       Percent(best.Share()) + " of " + std::to_string(best.bytes) + " bytes form valid frames";
+    std::string text = FamilyLabel(best.protocol) + " at " + std::to_string(best.baud) +
+                       " baud: " + Percent(best.Share()) + " of " + std::to_string(best.bytes) +
+                       " bytes form valid frames";
     for (const FamilyScore& other : scores) {
         if (other.protocol == best.protocol) continue;
         return text + "; next best " + FamilyLabel(other.protocol) + " at " + std::to_string(other.baud) + " baud, " +

@@ -36,8 +36,7 @@ size_t ValidBytes(const std::string& protocol, const std::string& bytes);
 
 // Every family in `families` scored on every sample, best first: the larger
 // share, then more valid bytes.
-std::vector<FamilyScore> ScoreSamples(const std::vector<LineSample>& samples,
-                                      const std::vector<std::string>& families);
+std::vector<FamilyScore> ScoreSamples(const std::vector<LineSample>& samples, const std::vector<std::string>& families);
 
 // The share from which a score counts as an identification: traffic read at
 // a wrong rate can make up to about 60% of sum-checked frames by chance.
