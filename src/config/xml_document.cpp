@@ -1,8 +1,10 @@
 #include "config/xml_document.h"
 
+#include <algorithm>
+#include <array>
+#include <cctype>
 #include <cstdio>
-#include <set>
-#include <utility>
+#include <cstring>
 #include <vector>
 
 namespace vorna {
@@ -11,6 +13,24 @@ namespace {
 
 const char* const kTooDeepDescription =
     "Elements nested too deeply (exceeds the configured maximum parse depth).";
+
+// TinyXML classifies bytes with the C library's isspace, isalpha and isalnum
+// and takes every byte from 127 up as a letter. The C library's ASCII classes
+// are the same in every locale, so the guard looks them up here instead of
+// calling the library for every byte; a byte above ASCII still asks the
+// locale whether it is a space.
+enum AsciiClass : unsigned char { kSpace = 1, kLetter = 2, kDigit = 4 };
+constexpr unsigned char kFirstNameByteAboveAscii = 127;
+constexpr std::array<unsigned char, 128> kAsciiClasses = [] {
+    std::array<unsigned char, 128> classes{};
+    for (const char c : {' ', '\t', '\n', '\v', '\f', '\r'}) classes[static_cast<unsigned char>(c)] = kSpace;
+    for (int c = 'a'; c <= 'z'; ++c) classes[c] = classes[c - 'a' + 'A'] = kLetter;
+    for (int c = '0'; c <= '9'; ++c) classes[c] = kDigit;
+    return classes;
+}();
+
+// Attributes a start tag usually has at most; more only cost a reallocation.
+constexpr size_t kTypicalAttributes = 16;
 
 // TinyXML steps over a UTF-8 lead byte by up to four bytes at once, even
 // across the terminating NUL. Four more NULs keep every such step inside the
@@ -41,7 +61,10 @@ void NormaliseLineEnds(std::string& buffer) {
 // comments, CDATA, declarations, unknowns) are skipped with TinyXML's own
 // node parsers, which do not recurse; only elements nest, and they are walked
 // with an explicit stack of open element names, so neither stack nor memory
-// grows with the depth of the text.
+// grows with the depth of the text. Names are kept as spans of the text, and
+// attribute values in plain quotes are skipped byte by byte, so that the walk
+// costs a small part of the parse it guards; any other value goes through
+// TinyXML's own attribute parser.
 class XmlDocument::DepthScanner {
 public:
     // True when TinyXML, before stopping for any other reason, would parse a
@@ -51,130 +74,156 @@ public:
 private:
     enum class NodeKind { kNone, kDeclaration, kComment, kCData, kUnknown, kElement };
 
-    // Where the walk of one top-level element ended: `next` is null when
-    // TinyXML stops inside it.
-    struct ElementEnd {
-        const char* next;
-        bool tooDeep;
+    // A name as it stands in the text.
+    struct Span {
+        const char* begin;
+        size_t size;
+        bool operator==(const Span& other) const {
+            return size == other.size && std::memcmp(begin, other.begin, size) == 0;
+        }
     };
 
     // A parsed start tag: `next` is null when TinyXML fails on it.
     struct StartTag {
         const char* next = nullptr;
         bool hasContent = false;
-        std::string name;
+        Span name{nullptr, 0};
     };
 
-    static NodeKind Identify(const char* p, TiXmlEncoding encoding);
-    static const char* SkipLeaf(NodeKind kind, const char* p, TiXmlEncoding encoding);
-    static ElementEnd SkipElement(const char* p, TiXmlEncoding encoding);
-    static StartTag ReadStartTag(const char* p, TiXmlEncoding encoding);
-    static const char* ReadEndTag(const char* p, const std::string& name, TiXmlEncoding encoding);
+    explicit DepthScanner(TiXmlEncoding encoding) : encoding_(encoding) {
+        open_.reserve(kMaxParseDepth);
+        attributes_.reserve(kTypicalAttributes);
+    }
+
+    NodeKind Identify(const char* p) const;
+    const char* SkipLeaf(NodeKind kind, const char* p) const;
+    // Where the walk of one top-level element ends (null when TinyXML stops
+    // inside it); sets tooDeep_ when it reaches past the limit.
+    const char* SkipElement(const char* p);
+    StartTag ReadStartTag(const char* p);
+    const char* ReadAttribute(const char* p, Span* name);
+    const char* SkipQuotedValue(const char* p, char quote) const;
+    const char* ReadName(const char* p) const;
+    const char* SkipSpace(const char* p) const;
+    static bool IsSpace(unsigned char byte);
+    static bool IsNameStart(unsigned char byte);
+    static bool IsNameChar(unsigned char byte);
+    const char* ReadEndTag(const char* p, const Span& name) const;
     static bool StartsWithUtf8Mark(const char* p);
     static TiXmlEncoding DeclaredEncoding(const TiXmlDeclaration& declaration);
+
+    TiXmlEncoding encoding_;
+    bool tooDeep_ = false;
+    std::vector<Span> open_;        // elements whose content is being read, outermost first
+    std::vector<Span> attributes_;  // names in the start tag being read: TinyXML rejects a repeat
+    TiXmlAttribute attribute_;      // for values that are not plain quoted text
 };
 
 bool XmlDocument::DepthScanner::TooDeep(const char* p) {
     if (p == nullptr || *p == '\0') return false;
-    TiXmlEncoding encoding = StartsWithUtf8Mark(p) ? TIXML_ENCODING_UTF8 : TIXML_ENCODING_UNKNOWN;
-    p = SkipWhiteSpace(p, encoding);
+    DepthScanner scanner(StartsWithUtf8Mark(p) ? TIXML_ENCODING_UTF8 : TIXML_ENCODING_UNKNOWN);
+    p = scanner.SkipSpace(p);
     while (p != nullptr && *p != '\0') {
-        const NodeKind kind = Identify(p, encoding);
+        const NodeKind kind = scanner.Identify(p);
         if (kind == NodeKind::kNone) break;
         if (kind == NodeKind::kElement) {
-            const ElementEnd end = SkipElement(p, encoding);
-            if (end.tooDeep) return true;
-            p = end.next;
-        } else if (kind == NodeKind::kDeclaration && encoding == TIXML_ENCODING_UNKNOWN) {
+            p = scanner.SkipElement(p);
+            if (scanner.tooDeep_) return true;
+        } else if (kind == NodeKind::kDeclaration && scanner.encoding_ == TIXML_ENCODING_UNKNOWN) {
             // The first top-level declaration fixes the encoding of what follows.
             TiXmlDeclaration declaration;
-            p = declaration.Parse(p, nullptr, encoding);
-            encoding = DeclaredEncoding(declaration);
+            p = declaration.Parse(p, nullptr, scanner.encoding_);
+            scanner.encoding_ = DeclaredEncoding(declaration);
         } else {
-            p = SkipLeaf(kind, p, encoding);
+            p = scanner.SkipLeaf(kind, p);
         }
-        p = SkipWhiteSpace(p, encoding);
+        p = scanner.SkipSpace(p);
     }
     return false;
 }
 
-XmlDocument::DepthScanner::NodeKind XmlDocument::DepthScanner::Identify(const char* p, TiXmlEncoding encoding) {
-    p = SkipWhiteSpace(p, encoding);
+XmlDocument::DepthScanner::NodeKind XmlDocument::DepthScanner::Identify(const char* p) const {
+    p = SkipSpace(p);
     if (p == nullptr || *p != '<') return NodeKind::kNone;
-    if (StringEqual(p, "<?xml", true, encoding)) return NodeKind::kDeclaration;
-    if (StringEqual(p, "<!--", false, encoding)) return NodeKind::kComment;
-    if (StringEqual(p, "<![CDATA[", false, encoding)) return NodeKind::kCData;
-    if (StringEqual(p, "<!", false, encoding)) return NodeKind::kUnknown;
-    if (IsAlpha(p[1], encoding) || p[1] == '_') return NodeKind::kElement;
+    if (IsNameStart(static_cast<unsigned char>(p[1]))) {
+        // "<?xml" and "<!" cannot start that way.
+        return NodeKind::kElement;
+    }
+    if (StringEqual(p, "<?xml", true, encoding_)) return NodeKind::kDeclaration;
+    if (StringEqual(p, "<!--", false, encoding_)) return NodeKind::kComment;
+    if (StringEqual(p, "<![CDATA[", false, encoding_)) return NodeKind::kCData;
     return NodeKind::kUnknown;
 }
 
-const char* XmlDocument::DepthScanner::SkipLeaf(NodeKind kind, const char* p, TiXmlEncoding encoding) {
+const char* XmlDocument::DepthScanner::SkipLeaf(NodeKind kind, const char* p) const {
     switch (kind) {
         case NodeKind::kDeclaration: {
             TiXmlDeclaration declaration;
-            return declaration.Parse(p, nullptr, encoding);
+            return declaration.Parse(p, nullptr, encoding_);
         }
         case NodeKind::kComment: {
             TiXmlComment comment;
-            return comment.Parse(p, nullptr, encoding);
+            return comment.Parse(p, nullptr, encoding_);
         }
         case NodeKind::kCData: {
             TiXmlText cdata("");
             cdata.SetCDATA(true);
-            return cdata.Parse(p, nullptr, encoding);
+            return cdata.Parse(p, nullptr, encoding_);
         }
         default: {
             TiXmlUnknown unknown;
-            return unknown.Parse(p, nullptr, encoding);
+            return unknown.Parse(p, nullptr, encoding_);
         }
     }
 }
 
-XmlDocument::DepthScanner::ElementEnd XmlDocument::DepthScanner::SkipElement(const char* p,
-                                                                             TiXmlEncoding encoding) {
-    std::vector<std::string> open;  // elements whose content is being read, outermost first
+const char* XmlDocument::DepthScanner::SkipElement(const char* p) {
+    open_.clear();
     for (;;) {
-        StartTag tag = ReadStartTag(p, encoding);
-        if (tag.next == nullptr) return {nullptr, false};
+        const StartTag tag = ReadStartTag(p);
+        if (tag.next == nullptr) return nullptr;
         p = tag.next;
-        if (tag.hasContent) open.push_back(std::move(tag.name));
+        if (tag.hasContent) open_.push_back(tag.name);
         // The content of the innermost open element, up to its next child
         // element or past the end of the outermost one.
         for (;;) {
-            if (open.empty()) return {p, false};
+            if (open_.empty()) return p;
             const char* withWhiteSpace = p;
-            p = SkipWhiteSpace(p, encoding);
-            if (p == nullptr || *p == '\0') return {nullptr, false};
+            p = SkipSpace(p);
+            if (p == nullptr || *p == '\0') return nullptr;
             if (*p != '<') {
                 TiXmlText text("");
-                p = text.Parse(IsWhiteSpaceCondensed() ? p : withWhiteSpace, nullptr, encoding);
+                p = text.Parse(IsWhiteSpaceCondensed() ? p : withWhiteSpace, nullptr, encoding_);
                 continue;
             }
-            if (StringEqual(p, "</", false, encoding)) {
-                p = ReadEndTag(p, open.back(), encoding);
-                if (p == nullptr) return {nullptr, false};
-                open.pop_back();
+            if (p[1] == '/') {
+                p = ReadEndTag(p, open_.back());
+                if (p == nullptr) return nullptr;
+                open_.pop_back();
                 continue;
             }
-            if (open.size() >= static_cast<size_t>(kMaxParseDepth)) return {nullptr, true};
-            const NodeKind kind = Identify(p, encoding);
+            if (open_.size() >= static_cast<size_t>(kMaxParseDepth)) {
+                tooDeep_ = true;
+                return nullptr;
+            }
+            const NodeKind kind = Identify(p);
             if (kind == NodeKind::kElement) break;
-            p = SkipLeaf(kind, p, encoding);
+            p = SkipLeaf(kind, p);
         }
     }
 }
 
-XmlDocument::DepthScanner::StartTag XmlDocument::DepthScanner::ReadStartTag(const char* p,
-                                                                           TiXmlEncoding encoding) {
+XmlDocument::DepthScanner::StartTag XmlDocument::DepthScanner::ReadStartTag(const char* p) {
     StartTag tag;
-    p = SkipWhiteSpace(p, encoding);
+    p = SkipSpace(p);
     if (p == nullptr || *p != '<') return tag;
-    p = ReadName(SkipWhiteSpace(p + 1, encoding), &tag.name, encoding);
+    const char* name = SkipSpace(p + 1);
+    p = ReadName(name);
     if (p == nullptr || *p == '\0') return tag;
-    std::set<std::string> attributeNames;  // TinyXML rejects a repeated attribute
+    tag.name = Span{name, static_cast<size_t>(p - name)};
+    attributes_.clear();
     for (;;) {
-        p = SkipWhiteSpace(p, encoding);
+        p = SkipSpace(p);
         if (p == nullptr || *p == '\0') return tag;
         if (*p == '/') {
             if (p[1] == '>') tag.next = p + 2;
@@ -185,20 +234,88 @@ XmlDocument::DepthScanner::StartTag XmlDocument::DepthScanner::ReadStartTag(cons
             tag.hasContent = true;
             return tag;
         }
-        TiXmlAttribute attribute;
-        p = attribute.Parse(p, nullptr, encoding);
+        Span attributeName{nullptr, 0};
+        p = ReadAttribute(p, &attributeName);
         if (p == nullptr || *p == '\0') return tag;
-        if (!attributeNames.insert(attribute.NameTStr()).second) return tag;
+        for (const Span& earlier : attributes_)
+            if (earlier == attributeName) return tag;
+        attributes_.push_back(attributeName);
     }
 }
 
-const char* XmlDocument::DepthScanner::ReadEndTag(const char* p, const std::string& name,
-                                                  TiXmlEncoding encoding) {
-    const std::string endTag = "</" + name;
+// As TinyXML's attribute parser: name, '=', then a value in quotes or, as a
+// courtesy, without. Null when TinyXML fails on it.
+const char* XmlDocument::DepthScanner::ReadAttribute(const char* p, Span* name) {
+    const char* start = SkipSpace(p);
+    if (start == nullptr || *start == '\0') return nullptr;
+    const char* end = ReadName(start);
+    if (end == nullptr || *end == '\0') return nullptr;
+    *name = Span{start, static_cast<size_t>(end - start)};
+    const char* equals = SkipSpace(end);
+    if (equals != nullptr && *equals == '=') {
+        const char* value = SkipSpace(equals + 1);
+        if (value != nullptr && (*value == '"' || *value == '\'')) {
+            const char* next = SkipQuotedValue(value + 1, *value);
+            if (next != nullptr) return next;
+        }
+    }
+    return attribute_.Parse(start, nullptr, encoding_);
+}
+
+// Past the closing quote of a value made only of bytes that TinyXML reads
+// one at a time (no entity, no UTF-8 sequence), else null.
+const char* XmlDocument::DepthScanner::SkipQuotedValue(const char* p, char quote) const {
+    for (;; ++p) {
+        const auto byte = static_cast<unsigned char>(*p);
+        if (byte == static_cast<unsigned char>(quote)) return p + 1;
+        if (byte == '\0' || byte == '&' || (byte >= 0x80 && encoding_ == TIXML_ENCODING_UTF8)) return nullptr;
+    }
+}
+
+// The end of the name at `p` by TinyXML's rules, or null when none starts there.
+const char* XmlDocument::DepthScanner::ReadName(const char* p) const {
+    if (p == nullptr || !IsNameStart(static_cast<unsigned char>(*p))) return nullptr;
+    while (IsNameChar(static_cast<unsigned char>(*p))) ++p;
+    return p;
+}
+
+// TinyXML's white-space skip: also steps over the byte-order mark and the
+// two UTF-8 non-characters U+FFFE and U+FFFF in UTF-8 text. Null at the end
+// of the text.
+const char* XmlDocument::DepthScanner::SkipSpace(const char* p) const {
+    if (p == nullptr || *p == '\0') return nullptr;
+    for (;;) {
+        const auto* bytes = reinterpret_cast<const unsigned char*>(p);
+        if (encoding_ == TIXML_ENCODING_UTF8 && bytes[0] == 0xEF &&
+            (bytes[1] == 0xBB ? bytes[2] == 0xBF : bytes[1] == 0xBF && (bytes[2] == 0xBE || bytes[2] == 0xBF))) {
+            p += 3;
+            continue;
+        }
+        if (bytes[0] == '\0' || !IsSpace(bytes[0])) return p;
+        ++p;
+    }
+}
+
+bool XmlDocument::DepthScanner::IsSpace(unsigned char byte) {
+    return byte < kAsciiClasses.size() ? (kAsciiClasses[byte] & kSpace) != 0 : std::isspace(byte) != 0;
+}
+
+bool XmlDocument::DepthScanner::IsNameStart(unsigned char byte) {
+    return byte >= kFirstNameByteAboveAscii || (kAsciiClasses[byte] & kLetter) != 0 || byte == '_';
+}
+
+bool XmlDocument::DepthScanner::IsNameChar(unsigned char byte) {
+    return byte >= kFirstNameByteAboveAscii || (kAsciiClasses[byte] & (kLetter | kDigit)) != 0 || byte == '_' ||
+           byte == '-' || byte == '.' || byte == ':';
+}
+
+const char* XmlDocument::DepthScanner::ReadEndTag(const char* p, const Span& name) const {
     // A prefix match, as in TinyXML: "</ab" passes for "</a" and then fails
     // on the '>' test.
-    if (!StringEqual(p, endTag.c_str(), false, encoding)) return nullptr;
-    p = SkipWhiteSpace(p + endTag.size(), encoding);
+    p += 2;
+    for (size_t i = 0; i < name.size; ++i, ++p)
+        if (*p != name.begin[i]) return nullptr;
+    p = SkipSpace(p);
     return p != nullptr && *p == '>' ? p + 1 : nullptr;
 }
 
@@ -216,9 +333,20 @@ TiXmlEncoding XmlDocument::DepthScanner::DeclaredEncoding(const TiXmlDeclaration
 }
 
 bool XmlDocument::ParseText(const char* text, size_t length) {
-    std::string buffer = text == nullptr ? std::string() : std::string(text, length);
+    if (text != nullptr && CanParseInPlace(text, length)) return ParseGuarded(text);
+    std::string buffer;
+    buffer.reserve(length + kNulPadding);
+    if (text != nullptr) buffer.assign(text, length);
     buffer.append(kNulPadding, '\0');
-    return ParseGuarded(buffer);
+    return ParseGuarded(buffer.c_str());
+}
+
+bool XmlDocument::CanParseInPlace(const char* text, size_t length) {
+    const auto* end = static_cast<const char*>(std::memchr(text, '\0', length));
+    if (end == nullptr) return false;
+    for (const char* p = end - std::min<size_t>(3, static_cast<size_t>(end - text)); p < end; ++p)
+        if (utf8ByteTable[static_cast<unsigned char>(*p)] > end - p) return false;
+    return true;
 }
 
 bool XmlDocument::LoadPath(const std::string& path) {
@@ -243,17 +371,17 @@ bool XmlDocument::LoadPath(const std::string& path) {
         return false;
     }
     NormaliseLineEnds(buffer);
-    return ParseGuarded(buffer);
+    return ParseGuarded(buffer.c_str());
 }
 
-bool XmlDocument::ParseGuarded(const std::string& buffer) {
+bool XmlDocument::ParseGuarded(const char* text) {
     ClearModuleError();
-    if (DepthScanner::TooDeep(buffer.c_str())) {
+    if (DepthScanner::TooDeep(text)) {
         ClearError();
         SetModuleError(kErrorTooDeep, kTooDeepDescription);
         return false;
     }
-    Parse(buffer.c_str(), nullptr, TIXML_ENCODING_UNKNOWN);
+    Parse(text, nullptr, TIXML_ENCODING_UNKNOWN);
     return !Failed();
 }
 

@@ -19,9 +19,10 @@ constexpr int kErrorSaveFailed = 2;
 
 class XmlDocument : public TiXmlDocument {
 public:
-    // Parses `length` bytes (copied; TinyXML stops at a NUL as usual), encoding
+    // Parses `length` bytes (TinyXML stops at a NUL as usual), encoding
     // unknown, behind the depth guard. True when the document parsed without
-    // error.
+    // error. The bytes are copied only when they hold no NUL that ends them
+    // safely.
     bool ParseText(const char* text, size_t length);
 
     // Loads a file the way TinyXML's file load does (binary read, line ends
@@ -42,8 +43,13 @@ private:
     // that it reaches TinyXML's own scanning helpers.
     class DepthScanner;
 
-    // Parses `buffer` (NUL-padded) unless the guard finds it too deep.
-    bool ParseGuarded(const std::string& buffer);
+    // True when TinyXML, reading `text` up to its first NUL, cannot step past
+    // that NUL (a UTF-8 lead byte makes it step over as many bytes as its
+    // sequence should have), so that the text needs no padded copy.
+    static bool CanParseInPlace(const char* text, size_t length);
+
+    // Parses `text` unless the guard finds it too deep.
+    bool ParseGuarded(const char* text);
     void ClearModuleError();
 
     int moduleErrorId_ = 0;

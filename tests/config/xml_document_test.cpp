@@ -103,7 +103,8 @@ TEST(XmlDocument, GuardAgreesWithTinyXmlOnRandomText) {
         "<!--", "-->", "<!-- c -->", "<![CDATA[", "]]>", "<![CDATA[x]]>", "<?xml", "?>", "<!DOCTYPE x>",
         "<?pi?>", ">", "<", "t", " ", "\n", "&amp;", "&#x", "&#", "x1;", "1;", "'", "\"", "\xC3", "\xF0",
         "\xEF\xBB\xBF", "=", "/", "< a>", "</ a>", "</a >", "<a x='1' x='2'>", "<_a>", "</_a>", "<1>", "</>",
-        "<?XML encoding='UTF-8'?>", "<?xml encoding='x'?>"};
+        "<?XML encoding='UTF-8'?>", "<?xml encoding='x'?>", "<a v''>", "<a v= 'x'/>", "<a v=\"&#x\">",
+        "<a v='\xE2\x82'>"};
     const std::vector<std::string> heads = {"", "\xEF\xBB\xBF", "<?xml version='1.0'?>", "<?xml encoding='latin1'?>"};
     const std::vector<int> wrappers = {0, 96, 97, 98, 99};
     std::mt19937 random(20240601);
