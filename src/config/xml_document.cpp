@@ -4,7 +4,9 @@
 #include <array>
 #include <cctype>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 namespace vorna {
@@ -29,8 +31,8 @@ constexpr std::array<unsigned char, 128> kAsciiClasses = [] {
     return classes;
 }();
 
-// Attributes a start tag usually has at most; more only cost a reallocation.
-constexpr size_t kTypicalAttributes = 16;
+// Attribute names of one start tag kept without a heap allocation.
+constexpr size_t kInlineAttributeNames = 16;
 
 // TinyXML steps over a UTF-8 lead byte by up to four bytes at once, even
 // across the terminating NUL. Four more NULs keep every such step inside the
@@ -90,10 +92,7 @@ private:
         Span name{nullptr, 0};
     };
 
-    explicit DepthScanner(TiXmlEncoding encoding) : encoding_(encoding) {
-        open_.reserve(kMaxParseDepth);
-        attributes_.reserve(kTypicalAttributes);
-    }
+    explicit DepthScanner(TiXmlEncoding encoding) : encoding_(encoding) {}
 
     NodeKind Identify(const char* p) const;
     const char* SkipLeaf(NodeKind kind, const char* p) const;
@@ -102,6 +101,8 @@ private:
     const char* SkipElement(const char* p);
     StartTag ReadStartTag(const char* p);
     const char* ReadAttribute(const char* p, Span* name);
+    // False when `name` repeats one of the `count` names before it in the tag.
+    bool AddAttributeName(const Span& name, size_t count);
     const char* SkipQuotedValue(const char* p, char quote) const;
     const char* ReadName(const char* p) const;
     const char* SkipSpace(const char* p) const;
@@ -114,9 +115,15 @@ private:
 
     TiXmlEncoding encoding_;
     bool tooDeep_ = false;
-    std::vector<Span> open_;        // elements whose content is being read, outermost first
-    std::vector<Span> attributes_;  // names in the start tag being read: TinyXML rejects a repeat
-    TiXmlAttribute attribute_;      // for values that are not plain quoted text
+    // Elements whose content is being read, outermost first.
+    std::array<Span, kMaxParseDepth> open_;
+    size_t openCount_ = 0;
+    // Attribute names of the start tag being read (TinyXML rejects a repeat);
+    // the first ones without a heap allocation.
+    std::array<Span, kInlineAttributeNames> names_;
+    std::vector<Span> moreNames_;
+    // For values that are not plain quoted text.
+    std::optional<TiXmlAttribute> attribute_;
 };
 
 bool XmlDocument::DepthScanner::TooDeep(const char* p) {
@@ -178,16 +185,16 @@ const char* XmlDocument::DepthScanner::SkipLeaf(NodeKind kind, const char* p) co
 }
 
 const char* XmlDocument::DepthScanner::SkipElement(const char* p) {
-    open_.clear();
+    openCount_ = 0;
     for (;;) {
         const StartTag tag = ReadStartTag(p);
         if (tag.next == nullptr) return nullptr;
         p = tag.next;
-        if (tag.hasContent) open_.push_back(tag.name);
+        if (tag.hasContent) open_[openCount_++] = tag.name;
         // The content of the innermost open element, up to its next child
         // element or past the end of the outermost one.
         for (;;) {
-            if (open_.empty()) return p;
+            if (openCount_ == 0) return p;
             const char* withWhiteSpace = p;
             p = SkipSpace(p);
             if (p == nullptr || *p == '\0') return nullptr;
@@ -197,12 +204,12 @@ const char* XmlDocument::DepthScanner::SkipElement(const char* p) {
                 continue;
             }
             if (p[1] == '/') {
-                p = ReadEndTag(p, open_.back());
+                p = ReadEndTag(p, open_[openCount_ - 1]);
                 if (p == nullptr) return nullptr;
-                open_.pop_back();
+                --openCount_;
                 continue;
             }
-            if (open_.size() >= static_cast<size_t>(kMaxParseDepth)) {
+            if (openCount_ >= open_.size()) {
                 tooDeep_ = true;
                 return nullptr;
             }
@@ -221,7 +228,7 @@ XmlDocument::DepthScanner::StartTag XmlDocument::DepthScanner::ReadStartTag(cons
     p = ReadName(name);
     if (p == nullptr || *p == '\0') return tag;
     tag.name = Span{name, static_cast<size_t>(p - name)};
-    attributes_.clear();
+    size_t attributes = 0;
     for (;;) {
         p = SkipSpace(p);
         if (p == nullptr || *p == '\0') return tag;
@@ -237,9 +244,7 @@ XmlDocument::DepthScanner::StartTag XmlDocument::DepthScanner::ReadStartTag(cons
         Span attributeName{nullptr, 0};
         p = ReadAttribute(p, &attributeName);
         if (p == nullptr || *p == '\0') return tag;
-        for (const Span& earlier : attributes_)
-            if (earlier == attributeName) return tag;
-        attributes_.push_back(attributeName);
+        if (!AddAttributeName(attributeName, attributes++)) return tag;
     }
 }
 
@@ -259,7 +264,19 @@ const char* XmlDocument::DepthScanner::ReadAttribute(const char* p, Span* name) 
             if (next != nullptr) return next;
         }
     }
-    return attribute_.Parse(start, nullptr, encoding_);
+    if (!attribute_) attribute_.emplace();
+    return attribute_->Parse(start, nullptr, encoding_);
+}
+
+bool XmlDocument::DepthScanner::AddAttributeName(const Span& name, size_t count) {
+    if (count == 0) moreNames_.clear();
+    for (size_t i = 0; i < count; ++i)
+        if ((i < names_.size() ? names_[i] : moreNames_[i - names_.size()]) == name) return false;
+    if (count < names_.size())
+        names_[count] = name;
+    else
+        moreNames_.push_back(name);
+    return true;
 }
 
 // Past the closing quote of a value made only of bytes that TinyXML reads
@@ -282,8 +299,10 @@ const char* XmlDocument::DepthScanner::ReadName(const char* p) const {
 // TinyXML's white-space skip: also steps over the byte-order mark and the
 // two UTF-8 non-characters U+FFFE and U+FFFF in UTF-8 text. Null at the end
 // of the text.
-const char* XmlDocument::DepthScanner::SkipSpace(const char* p) const {
+inline const char* XmlDocument::DepthScanner::SkipSpace(const char* p) const {
     if (p == nullptr || *p == '\0') return nullptr;
+    // Most calls stand on markup already.
+    if (*p == '<') return p;
     for (;;) {
         const auto* bytes = reinterpret_cast<const unsigned char*>(p);
         if (encoding_ == TIXML_ENCODING_UTF8 && bytes[0] == 0xEF &&
@@ -333,12 +352,12 @@ TiXmlEncoding XmlDocument::DepthScanner::DeclaredEncoding(const TiXmlDeclaration
 }
 
 bool XmlDocument::ParseText(const char* text, size_t length) {
-    if (text != nullptr && CanParseInPlace(text, length)) return ParseGuarded(text);
+    if (text != nullptr && CanParseInPlace(text, length)) return ParseGuarded(text, length);
     std::string buffer;
     buffer.reserve(length + kNulPadding);
     if (text != nullptr) buffer.assign(text, length);
     buffer.append(kNulPadding, '\0');
-    return ParseGuarded(buffer.c_str());
+    return ParseGuarded(buffer.c_str(), buffer.size());
 }
 
 bool XmlDocument::CanParseInPlace(const char* text, size_t length) {
@@ -371,18 +390,51 @@ bool XmlDocument::LoadPath(const std::string& path) {
         return false;
     }
     NormaliseLineEnds(buffer);
-    return ParseGuarded(buffer.c_str());
+    return ParseGuarded(buffer.c_str(), buffer.size());
 }
 
-bool XmlDocument::ParseGuarded(const char* text) {
+bool XmlDocument::ParseGuarded(const char* text, size_t length) {
     ClearModuleError();
-    if (DepthScanner::TooDeep(text)) {
+    // Every element TinyXML opens starts at a '<' of its own, so a text with
+    // no more of them than the limit cannot nest too deep: most events.
+    if (std::count(text, text + length, '<') > kMaxParseDepth && DepthScanner::TooDeep(text)) {
         ClearError();
         SetModuleError(kErrorTooDeep, kTooDeepDescription);
         return false;
     }
     Parse(text, nullptr, TIXML_ENCODING_UNKNOWN);
     return !Failed();
+}
+
+bool ReadInt(const TiXmlElement& element, const char* name, int* value) {
+    // TinyXML's integer query is sscanf "%d": white space, a sign, decimal
+    // digits, the number as strtol reads it, cut to an int. strtol does just
+    // that without a formatted scan, which counts at several integers per
+    // event and per preset.
+    const char* text = element.Attribute(name);
+    if (text == nullptr) return false;
+    char* end;
+    const long number = std::strtol(text, &end, 10);
+    if (end == text) return false;
+    *value = static_cast<int>(number);
+    return true;
+}
+
+bool ReadDouble(const TiXmlElement& element, const char* name, double* value) {
+    // Plain decimal text ("2", "-0.5") reads the same with strtod as with
+    // TinyXML's sscanf "%lf"; anything else (an exponent, white space, hex,
+    // "inf") is left to TinyXML, whose scan rejects some text strtod accepts.
+    const char* text = element.Attribute(name);
+    if (text == nullptr) return false;
+    if (text[std::strspn(text, "0123456789+-.")] == '\0') {
+        char* end;
+        const double number = std::strtod(text, &end);
+        if (end != text && *end == '\0') {
+            *value = number;
+            return true;
+        }
+    }
+    return element.QueryDoubleAttribute(name, value) == TIXML_SUCCESS;
 }
 
 bool XmlDocument::Failed() const { return moduleErrorId_ != 0 || Error(); }
@@ -398,6 +450,9 @@ void XmlDocument::SetModuleError(int id, const std::string& description) {
     moduleErrorDesc_ = description;
 }
 
-void XmlDocument::ClearModuleError() { SetModuleError(0, std::string()); }
+void XmlDocument::ClearModuleError() {
+    moduleErrorId_ = 0;
+    moduleErrorDesc_.clear();
+}
 
 }  // namespace vorna

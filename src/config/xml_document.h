@@ -48,8 +48,9 @@ private:
     // sequence should have), so that the text needs no padded copy.
     static bool CanParseInPlace(const char* text, size_t length);
 
-    // Parses `text` unless the guard finds it too deep.
-    bool ParseGuarded(const char* text);
+    // Parses `text` unless the guard finds it too deep; TinyXML reads none
+    // of it beyond `length` bytes.
+    bool ParseGuarded(const char* text, size_t length);
     void ClearModuleError();
 
     int moduleErrorId_ = 0;
@@ -57,10 +58,11 @@ private:
 };
 
 // Reads an integer attribute by TinyXML's rules (decimal, "%d"); false when
-// it is missing or not a number.
-inline bool ReadInt(const TiXmlElement& element, const char* name, int* value) {
-    return element.QueryIntAttribute(name, value) == TIXML_SUCCESS;
-}
+// it is missing or not a number, and then `value` is left as it was.
+bool ReadInt(const TiXmlElement& element, const char* name, int* value);
+
+// Likewise for a floating-point attribute ("%lf").
+bool ReadDouble(const TiXmlElement& element, const char* name, double* value);
 
 // Visits the child elements called `name`, in document order.
 template <typename Visit>

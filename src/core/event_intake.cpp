@@ -2,6 +2,7 @@
 
 #include <tinyxml.h>
 
+#include <cstring>
 #include <mutex>
 #include <string>
 
@@ -78,7 +79,7 @@ int HandleEvent(PtzController& controller, const char* text, int64_t length, boo
     XmlDocument document;
     if (!document.ParseText(text, static_cast<size_t>(length))) return 0;
     const TiXmlElement* root = document.RootElement();
-    if (root == nullptr || std::string(root->Value()) != "Tarn") return 0;
+    if (root == nullptr || std::strcmp(root->Value(), "Tarn") != 0) return 0;
 
     ForEachChild(*root, "PTZ", [&](const TiXmlElement& ptz) {
         int id;
@@ -94,7 +95,7 @@ int HandleEvent(PtzController& controller, const char* text, int64_t length, boo
                         EventInput input{devicesId, deviceNumber, &element, 0, 0, 0.0};
                         if (!ReadInt(element, "Number", &input.inputNumber)) return;
                         if (!ReadInt(element, "Opcode", &input.opcode)) return;
-                        if (element.QueryDoubleAttribute("Parm", &input.parm) != TIXML_SUCCESS) return;
+                        if (!ReadDouble(element, "Parm", &input.parm)) return;
                         CarryOut(controller, input, alarmForm);
                     });
                 });

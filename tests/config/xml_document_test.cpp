@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
 #include <string>
 #include <tuple>
@@ -71,6 +72,37 @@ TEST(XmlDocument, DepthLimit) {
             EXPECT_EQ(document.ModuleErrorDesc(), kTooDeep) << name;
             EXPECT_FALSE(document.Error()) << name << ": the guard leaves TinyXML's own flag clear";
         }
+    }
+}
+
+TEST(XmlDocument, ReadIntAgreesWithTinyXmlsIntegerQuery) {
+    for (const char* text : {"12", " \t\n7", "-3", "+4", "0x1A", "12abc", "", " ", "-", "+-1", "4294967297",
+                             "99999999999999999999", "-9223372036854775809", "2147483648", "-2147483649", "1 2",
+                             "\xA0" "5", "0009", "-0"}) {
+        TiXmlElement element("e");
+        element.SetAttribute("n", text);
+        int tinyXml = 77;
+        int module = 77;
+        EXPECT_EQ(vorna::ReadInt(element, "n", &module), element.QueryIntAttribute("n", &tinyXml) == TIXML_SUCCESS)
+            << text;
+        EXPECT_EQ(module, tinyXml) << text;
+    }
+    int untouched = 5;
+    EXPECT_FALSE(vorna::ReadInt(TiXmlElement("e"), "n", &untouched));
+    EXPECT_EQ(untouched, 5);
+}
+
+TEST(XmlDocument, ReadDoubleAgreesWithTinyXmlsDoubleQuery) {
+    for (const char* text : {"2", "2.5", "-0.5", "+.5", "5.", ".", "-", "1.2.3", "+-1", "1e", "1e3", " 7", "0x1A",
+                             "inf", "nan", "2,5", "12abc", ""}) {
+        TiXmlElement element("e");
+        element.SetAttribute("p", text);
+        double tinyXml = 77;
+        double module = 77;
+        EXPECT_EQ(vorna::ReadDouble(element, "p", &module),
+                  element.QueryDoubleAttribute("p", &tinyXml) == TIXML_SUCCESS)
+            << text;
+        EXPECT_TRUE(module == tinyXml || (std::isnan(module) && std::isnan(tinyXml))) << text;
     }
 }
 
