@@ -2,6 +2,7 @@
 // the demo script, bad input and stop signals.
 #include <gtest/gtest.h>
 #include <fcntl.h>
+#include <pty.h>
 #include <termios.h>
 
 #include <fstream>
@@ -337,6 +338,56 @@ TEST(VornaHost, HoldsARealLineExclusivelyAndEchoesItsFrames) {
     EXPECT_EQ(0, host.Finish(3000)) << host.err;
     EXPECT_NE(std::string::npos, host.err.find("vorna-host: line COM1: " + line.slavePath + ", Pelco-D, 2400 baud\n"));
     EXPECT_NE(std::string::npos, host.out.find(" ms  COM1  FF 01 00 02 1F 00 22  = address 1: pan right 32, tilt still, zoom still\n")) << host.out;
+}
+
+TEST(VornaHost, ListsTheCamerasAndTheSelectedCamerasMotion) {
+    TempDir dir;
+    dir.Write("VORNA.xml", kOneCamera);
+    HostProcess host({"--line", "COM1=Pelco-D"}, dir.path);
+    host.Type("list\ncamera 1 1 1\nleft\nspeed zoom 2\nzoom in\nstatus\n");
+    ASSERT_EQ(0, host.Finish(3000)) << host.err;
+    for (const char* line : {"1 1 1  port COM1  Pelco-D  address 1  tour off\n",
+                             "camera 1 1 1: pan left at speed 31, tilt still, zoom in at speed 2, iris still, focus "
+                             "still\n"})
+        EXPECT_NE(std::string::npos, host.out.find(line)) << line << host.out;
+}
+
+// On a terminal the console prompts, edits lines and recalls them from its
+// history; Ctrl-D ends it like the end of input, stops included.
+TEST(VornaHost, ConsoleOnATerminalPromptsAndRecallsHistory) {
+    TempDir dir;
+    dir.Write("VORNA.xml", kOneCamera);
+    int terminal = -1;
+    const std::string module = VORNA_LIBRARY_PATH;
+    const pid_t pid = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (pid == 0) {
+        if (chdir(dir.path.c_str()) == 0)
+            execl(VORNA_HOST_PATH, VORNA_HOST_PATH, "--module", module.c_str(), "--line", "COM1=Pelco-D", nullptr);
+        _exit(127);
+    }
+    std::string seen;
+    const auto readUntil = [&](const std::string& wanted, size_t count) {
+        for (int attempt = 0; attempt < 300 && Count(seen, wanted) < count; ++attempt) {
+            pollfd entry{terminal, POLLIN, 0};
+            if (poll(&entry, 1, 10) <= 0) continue;
+            char chunk[512];
+            const ssize_t got = read(terminal, chunk, sizeof chunk);
+            if (got > 0) seen.append(chunk, static_cast<size_t>(got));
+        }
+        return Count(seen, wanted) >= count;
+    };
+    EXPECT_TRUE(readUntil("vorna> ", 1)) << seen;
+    // The last line recalled, its number rubbed out and another typed.
+    const std::string typed = "camera 1 1 1\rpreset goto 3\r\x1b[A\x7f" "4\r";
+    ASSERT_EQ(static_cast<ssize_t>(typed.size()), write(terminal, typed.data(), typed.size()));
+    EXPECT_TRUE(readUntil("COM1  FF 01 00 07 00 03 0B", 1)) << seen;
+    EXPECT_TRUE(readUntil("COM1  FF 01 00 07 00 04 0C", 1)) << seen;
+    ASSERT_EQ(1, write(terminal, "\x04", 1));
+    EXPECT_TRUE(readUntil("stopping pan, tilt, zoom, iris and focus of 1 camera", 1)) << seen;
+    int status = -1;
+    waitpid(pid, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    close(terminal);
 }
 
 }  // namespace

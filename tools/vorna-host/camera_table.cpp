@@ -93,6 +93,18 @@ CameraTable ReadCameraTable(const TiXmlDocument& document) {
     return table;
 }
 
+std::string ListCameras(const CameraTable& table) {
+    if (table.cameras.empty()) return "no cameras configured\n";
+    std::string list;
+    for (const TableCamera& camera : table.cameras) {
+        list += std::to_string(camera.key.devicesId) + " " + std::to_string(camera.key.deviceNumber) + " " +
+                std::to_string(camera.key.inputNumber) + "  port " + camera.port + "  " +
+                (camera.protocol.empty() ? "(no protocol)" : camera.protocol) + "  address " +
+                std::to_string(camera.address) + "  tour " + (camera.tourEnabled ? "on" : "off") + "\n";
+    }
+    return list;
+}
+
 void LatestCameraTable::TakeNotice(const std::string& notice) {
     TiXmlDocument document;
     document.Parse(notice.c_str());

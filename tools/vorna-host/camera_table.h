@@ -44,6 +44,10 @@ struct CameraTable {
 // numbers are skipped.
 CameraTable ReadCameraTable(const TiXmlDocument& document);
 
+// One line per camera, as 'list' prints it:
+// "1 1 1  port COM1  Pelco-D  address 1  tour off".
+std::string ListCameras(const CameraTable& table);
+
 // The table of the module's latest configuration notice, shared between the
 // host callback and the console.
 class LatestCameraTable {

@@ -57,8 +57,39 @@ const char* const kOtherUsages[] = {
     "alarm start|end ACTION OPCODE PARM",
     "config FILE",
     "wait MS",
+    "list",
+    "status",
     "help",
     "quit",
+};
+
+// What each command does, by its first word, for 'help'.
+const struct {
+    const char* verb;
+    const char* meaning;
+} kMeanings[] = {
+    {"left", "pan left at the pan speed"},
+    {"right", "pan right at the pan speed"},
+    {"up", "tilt up at the tilt speed"},
+    {"down", "tilt down at the tilt speed"},
+    {"zoom", "zoom the lens in (tele) or out (wide)"},
+    {"iris", "open or close the iris, or stop it"},
+    {"focus", "focus near or far, or stop focusing"},
+    {"preset", "store the position as preset N, go to it, or clear it"},
+    {"pattern", "run pattern N, or start or stop recording it"},
+    {"menu", "open or close the camera's on-screen menu"},
+    {"speed", "set the speed of later pan, tilt or zoom motion"},
+    {"camera", "select the camera that later commands go to"},
+    {"stop", "stop pan, tilt and zoom"},
+    {"raw", "send the protocol's raw command VALUE"},
+    {"op", "send any opcode (0 to 73) with its parameter"},
+    {"alarm", "start or end an alarm command on the camera"},
+    {"config", "hand a configuration file to the module"},
+    {"wait", "wait MS milliseconds"},
+    {"list", "list the configured cameras: port, protocol, address, tour"},
+    {"status", "show the selected camera's motion as last commanded"},
+    {"help", "show this list"},
+    {"quit", "stop the cameras that were moved and end"},
 };
 
 // Decimal, or with base 0 also "0x" hexadecimal.
@@ -176,6 +207,8 @@ bool ParseOtherCommand(const std::vector<std::string>& words, const std::string&
         command.milliseconds = static_cast<int>(milliseconds);
         return true;
     }
+    if (verb == "list") command.kind = CommandKind::kList;
+    if (verb == "status") command.kind = CommandKind::kStatus;
     if (verb == "help") command.kind = CommandKind::kHelp;
     if (verb == "quit") command.kind = CommandKind::kQuit;
     return count == 1;
@@ -220,14 +253,26 @@ bool ParseCommand(const std::string& line, Command& command, std::string& error)
     return false;
 }
 
+// "  zoom in|out                          zoom the lens in (tele) or out (wide)"
+std::string HelpLine(const std::string& usage) {
+    constexpr size_t kUsageWidth = 38;
+    const std::string verb = usage.substr(0, usage.find(' '));
+    for (const auto& entry : kMeanings) {
+        if (verb != entry.verb) continue;
+        const std::string padding(usage.size() < kUsageWidth ? kUsageWidth - usage.size() : 1, ' ');
+        return "  " + usage + padding + entry.meaning + "\n";
+    }
+    return "  " + usage + "\n";
+}
+
 std::string CommandHelp() {
     std::string help = "Commands (one per line; '#' starts a comment):\n";
     std::string previousVerb;
     for (const OpcodeVerb& entry : kOpcodeVerbs) {
-        if (entry.verb != previousVerb) help += "  " + VerbUsage(entry.verb) + "\n";
+        if (entry.verb != previousVerb) help += HelpLine(VerbUsage(entry.verb));
         previousVerb = entry.verb;
     }
-    for (const char* usage : kOtherUsages) help += "  " + std::string(usage) + "\n";
+    for (const char* usage : kOtherUsages) help += HelpLine(usage);
     help +=
         "'stop' stops pan, tilt and zoom. Other opcodes through 'op': " + std::to_string(VORNA_OP_AUTO_IRIS) +
         " auto iris,\n" + std::to_string(VORNA_OP_AUTO_FOCUS) + " auto focus, " + std::to_string(VORNA_OP_FLIP) +

@@ -16,6 +16,8 @@ enum class CommandKind {
     kAlarm,    // alarm start or end for the selected camera
     kConfig,   // hand a configuration file to the module
     kWait,
+    kList,    // the configured cameras
+    kStatus,  // the selected camera's motion as last commanded
     kHelp,
     kQuit,
 };

@@ -16,6 +16,13 @@ bool LineReader::TakeBufferedLine(std::string& line) {
 }
 
 LineReader::Result LineReader::Next(std::string& line) {
+    if (console_ != nullptr) {
+        switch (console_->Next(line)) {
+            case Console::Result::kLine: return Result::kLine;
+            case Console::Result::kEnd: return Result::kEnd;
+            case Console::Result::kStopped: return Result::kStopped;
+        }
+    }
     for (;;) {
         if (stop_.Raised()) return Result::kStopped;
         if (TakeBufferedLine(line)) return Result::kLine;

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "console.h"
 #include "stop_signal.h"
 
 namespace vorna_host {
@@ -17,6 +18,10 @@ public:
     // The next line without its line break; a last line without one counts.
     Result Next(std::string& line);
 
+    // Reads through `console` (a terminal with line editing) from now on;
+    // null: straight from the descriptor.
+    void UseConsole(Console* console) { console_ = console; }
+
 private:
     bool TakeBufferedLine(std::string& line);
 
@@ -24,6 +29,7 @@ private:
     StopSignal& stop_;
     std::string buffer_;
     bool ended_ = false;
+    Console* console_ = nullptr;
 };
 
 }  // namespace vorna_host

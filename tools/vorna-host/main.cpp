@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "config_check.h"
+#include "console.h"
 #include "device_line.h"
 #include "documents.h"
 #include "known_protocols.h"
@@ -149,9 +150,12 @@ int RunHost(const std::vector<std::string>& args) {
     if (!bindings.empty()) module->UpdateConfiguration(SerialPortDocument(bindings));
     LineReader reader(input, stop);
     const bool interactive = options.scriptPath.empty() && isatty(input);
+    std::unique_ptr<Console> console(interactive ? new Console("vorna> ", stop) : nullptr);
+    reader.UseConsole(console.get());
     const Session::Settings settings{baseDir, !options.scriptPath.empty(), start, &cameras, interactive, options.yes};
     Session session(*module, stop, settings, stdout, stderr);
     session.Run(reader);
+    console.reset();
     // What the operator asked for goes out first, then the stops, and only
     // then is the module closed.
     router.DrainLines();

@@ -47,6 +47,15 @@ bool Session::Execute(const Command& command, int lineNumber) {
             return true;
         case CommandKind::kWait:
             return stop_.Sleep(command.milliseconds);
+        case CommandKind::kList:
+            Print(ListCameras(settings_.cameras ? settings_.cameras->Get() : CameraTable()));
+            return true;
+        case CommandKind::kStatus:
+            if (cameraSelected_)
+                Print("camera " + CameraName(camera_) + ": " + motion_.Describe(camera_) + "\n");
+            else
+                Complain(lineNumber, "no camera selected (use 'camera DEVICES DEVICE INPUT' first)");
+            return true;
         case CommandKind::kHelp:
             std::fputs(CommandHelp().c_str(), out_);
             std::fflush(out_);
@@ -132,6 +141,11 @@ void Session::Echo(const std::string& line) {
     const bool isCommand = first != std::string::npos && line[first] != '#';
     const std::string echo = (isCommand ? TimeColumn(MillisecondsSince(settings_.start)) + "> " : "") + line + "\n";
     std::fputs(echo.c_str(), out_);
+    std::fflush(out_);
+}
+
+void Session::Print(const std::string& text) {
+    std::fputs(text.c_str(), out_);
     std::fflush(out_);
 }
 

@@ -45,6 +45,7 @@ private:
     bool Confirm(const std::string& question);
     void HandConfiguration(const std::string& path, int lineNumber);
     void Echo(const std::string& line);
+    void Print(const std::string& text);
     void Complain(int lineNumber, const std::string& message);
 
     ModuleDriver& module_;
