@@ -17,6 +17,16 @@ PtzCamera* PtzController::FindCamera(int devicesId, int deviceNumber, int inputN
 
 namespace {
 
+// The moment on the monotonic clock at which the module's clock reaches the
+// start of millisecond `ms`. The worker sleeps until then rather than for a
+// number of milliseconds: it wakes when a camera is due, not up to a
+// millisecond after, and a wall clock set back or forward meanwhile neither
+// stretches nor cuts the sleep.
+std::chrono::steady_clock::time_point MonotonicTimeOf(int64_t ms) {
+    const auto monotonicNow = std::chrono::steady_clock::now();
+    return monotonicNow + std::chrono::microseconds(ms * 1000 - NowUs());
+}
+
 // Counts a worker as inside its loop for as long as it lives; on the way
 // out, however it leaves, it tells a waiting Close. Lives under the lock.
 class ActiveWorker {
@@ -40,15 +50,21 @@ int PtzController::RunWorkerCycle() {
     ActiveWorker active(wake, activeWorkers_);
     while (running) {
         const uint64_t seen = changes_;
-        const int64_t wait = started ? StepDueCameras() : kMaxWorkerWait;
-        wake.wait_for(guard, std::chrono::milliseconds(wait), [&] { return !running || changes_ != seen; });
+        int64_t now = NowMs();
+        const int64_t dueAt = started ? StepDueCamerasFrom(now) : now + kMaxWorkerWait;
+        wake.wait_until(guard, MonotonicTimeOf(dueAt), [&] { return !running || changes_ != seen; });
     }
     return 0;
 }
 
 int64_t PtzController::StepDueCameras() {
-    int64_t wait = kMaxWorkerWait;
     int64_t now = NowMs();
+    const int64_t dueAt = StepDueCamerasFrom(now);
+    return std::max<int64_t>(0, dueAt - now);
+}
+
+int64_t PtzController::StepDueCamerasFrom(int64_t& now) {
+    int64_t dueAt = now + kMaxWorkerWait;
     for (auto& camera : cameras) {
         int64_t due = TimeUntilDue(*camera, now);
         if (due == 0) {
@@ -56,9 +72,9 @@ int64_t PtzController::StepDueCameras() {
             now = NowMs();
             due = TimeUntilDue(*camera, now);
         }
-        wait = std::min(wait, due);
+        dueAt = std::min(dueAt, now + due);
     }
-    return wait;
+    return dueAt;
 }
 
 void PtzController::CamerasChanged() {

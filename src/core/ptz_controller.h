@@ -38,7 +38,8 @@ public:
     int RunWorkerCycle();
 
     // One pass of the worker, with `lock` held: steps every camera that is
-    // due and returns how long the worker may sleep.
+    // due and returns how long the worker may sleep, from the pass's last
+    // reading of the clock.
     int64_t StepDueCameras();
 
     // Tells a sleeping worker that camera state changed from outside (a
@@ -60,6 +61,11 @@ public:
     std::atomic<bool> started{false};
 
 private:
+    // StepDueCameras from the clock reading `now`, which it moves on with
+    // each reading it takes; returns the millisecond at which the next camera
+    // is due.
+    int64_t StepDueCamerasFrom(int64_t& now);
+
     // Worker cycles inside their loop; guarded by `lock`.
     int activeWorkers_ = 0;
     // Counts outside changes; guarded by `lock`.

@@ -12,6 +12,9 @@ class Clock {
 public:
     virtual ~Clock() = default;
     virtual int64_t Now() = 0;
+    // The same clock in microseconds, for waits that end within a
+    // millisecond; a clock without finer steps gives Now() * 1000.
+    virtual int64_t NowMicroseconds() { return Now() * 1000; }
 };
 
 }  // namespace vorna

@@ -13,6 +13,10 @@ public:
         using namespace std::chrono;
         return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
     }
+    int64_t NowMicroseconds() override {
+        using namespace std::chrono;
+        return duration_cast<microseconds>(system_clock::now().time_since_epoch()).count();
+    }
 };
 
 SystemClock g_systemClock;
@@ -25,6 +29,8 @@ std::atomic<const Environment*> g_environment{&g_systemEnvironment};
 const Environment& CurrentEnvironment() { return *g_environment.load(); }
 
 int64_t NowMs() { return CurrentEnvironment().clock().Now(); }
+
+int64_t NowUs() { return CurrentEnvironment().clock().NowMicroseconds(); }
 
 ScopedEnvironment::ScopedEnvironment(Clock& clock) : ScopedEnvironment(clock, CurrentEnvironment().files()) {}
 

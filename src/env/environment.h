@@ -27,8 +27,10 @@ private:
 // environment.
 const Environment& CurrentEnvironment();
 
-// Now by the current environment's clock.
+// Now by the current environment's clock, in milliseconds and in
+// microseconds.
 int64_t NowMs();
+int64_t NowUs();
 
 // Installs an environment for its own lifetime that takes what it is not
 // given from the environment it replaces, and restores that one when it goes.
