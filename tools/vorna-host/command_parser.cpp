@@ -56,6 +56,7 @@ const char* const kOtherUsages[] = {
     "op OPCODE [PARM]",
     "alarm start|end ACTION OPCODE PARM",
     "config FILE",
+    "event <DOCUMENT>",
     "wait MS",
     "list",
     "status",
@@ -194,6 +195,13 @@ bool ParseOtherCommand(const std::vector<std::string>& words, const std::string&
         return (count == 2 || count == 3) && ParseInt(words[1], command.calls[0].opcode) &&
                (count == 2 || ParseNumber(words[2], command.calls[0].parm));
     }
+    if ((verb == "event" || verb == "alarm" || verb == "config") && rest[0] == '<') {
+        command.kind = verb == "event"   ? CommandKind::kEvent
+                       : verb == "alarm" ? CommandKind::kAlarm
+                                         : CommandKind::kConfig;
+        command.document = rest;
+        return true;
+    }
     if (verb == "alarm") return ParseAlarm(words, command);
     if (verb == "config") {
         command.kind = CommandKind::kConfig;
@@ -278,7 +286,8 @@ std::string CommandHelp() {
         " auto iris,\n" + std::to_string(VORNA_OP_AUTO_FOCUS) + " auto focus, " + std::to_string(VORNA_OP_FLIP) +
         " flip, " + std::to_string(VORNA_OP_APPLE_PEEL) + " apple peel, " + std::to_string(VORNA_OP_PATTERN_ACTION_2) +
         " pattern action 2, " + std::to_string(VORNA_OP_MENU_ENTER) + " menu enter.\n"
-        "File paths are taken relative to the directory vorna-host was started in.\n";
+        "File paths are taken relative to the directory vorna-host was started in.\n"
+        "'event', 'alarm' and 'config' followed by a document starting with '<' send it as it is.\n";
     return help;
 }
 

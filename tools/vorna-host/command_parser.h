@@ -28,6 +28,7 @@ struct Command {
     std::vector<OpcodeCall> calls;  // kEvent
     AlarmCall alarm;                // kAlarm
     std::string path;               // kConfig
+    std::string document;           // kEvent, kAlarm, kConfig: a raw document, sent as it is
     int milliseconds = 0;           // kWait
 };
 

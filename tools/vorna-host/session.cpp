@@ -43,6 +43,7 @@ bool Session::Execute(const Command& command, int lineNumber) {
         case CommandKind::kAlarm:
             return SendToCamera(command, lineNumber);
         case CommandKind::kConfig:
+            if (!command.document.empty()) module_.UpdateConfiguration(command.document);
             HandConfiguration(command.path, lineNumber);
             return true;
         case CommandKind::kWait:
@@ -69,6 +70,11 @@ bool Session::Execute(const Command& command, int lineNumber) {
 }
 
 bool Session::SendToCamera(const Command& command, int lineNumber) {
+    if (!command.document.empty()) {
+        module_.SendEvent(command.kind == CommandKind::kAlarm ? VORNA_TYPE_ALARM_EVENT : VORNA_TYPE_EVENT,
+                          command.document);
+        return true;
+    }
     if (!cameraSelected_) {
         Complain(lineNumber, "no camera selected (use 'camera DEVICES DEVICE INPUT' first)");
         return true;
@@ -127,6 +133,7 @@ bool Session::Confirm(const std::string& question) {
 }
 
 void Session::HandConfiguration(const std::string& path, int lineNumber) {
+    if (path.empty()) return;
     const std::string fullPath = path[0] == '/' ? path : settings_.baseDir + "/" + path;
     std::ifstream file(fullPath, std::ios::binary);
     if (!file) {
