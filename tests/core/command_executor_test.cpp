@@ -156,17 +156,6 @@ TEST(ExecuteCommand, MenuModeOnlyWithAProtocolThatNavigates) {
     }
 }
 
-TEST(ExecuteCommand, SendsSerialRecordsToTheCameraStream) {
-    Fixture f;
-    ExecuteCommand(f.camera, VORNA_OP_GO_TO_PRESET, 1.0);
-    ASSERT_EQ(f.host.sent.size(), 1u);
-    const HostMessage& record = f.host.sent[0].record;
-    EXPECT_EQ(record.type, 0x10u);
-    EXPECT_EQ(record.flags, 0x1000001u);
-    EXPECT_EQ(record.stream, 7u);
-    EXPECT_EQ(record.size, 224u);
-}
-
 TEST(ExecuteCommand, UnknownLineSendsNothingButKeepsState) {
     Fixture f;
     f.camera.stream = 0;
@@ -188,53 +177,3 @@ TEST(ExecuteCommand, MissingProtocolIsLogged) {
     EXPECT_EQ(f.camera.lastCommandTime, f.clock.now);
 }
 
-// The executor with the real protocols: which builder each family answers
-// with decides the bytes on the line.
-TEST(ExecuteCommand, RealProtocolsOnTheWire) {
-    struct Step {
-        int opcode;
-        double parm;
-        std::string bytes;  // sent, as hex or text
-    };
-    struct Row {
-        const char* name;
-        std::function<std::unique_ptr<CProtocol>()> make;
-        bool hex;
-        std::vector<Step> steps;
-        std::string kept;
-    };
-    const std::vector<Row> rows = {
-        {"Pelco-D falls back to the combined move", [] { return std::make_unique<CPelcoD>(); }, true,
-         {{VORNA_OP_PAN_LEFT, 0, "FF 01 00 04 1F 00 24"}, {VORNA_OP_TILT_UP, 0, "FF 01 00 0C 1F 1F 4B"},
-          {VORNA_OP_STOP_PAN, 0, "FF 01 00 08 00 1F 28"}, {VORNA_OP_STOP_TILT, 0, "FF 01 00 00 00 00 01"},
-          {VORNA_OP_GO_TO_PRESET, 5.7, "FF 01 00 07 00 05 0D"}},
-         ""},
-        {"Panasonic keeps its frames", [] { return std::make_unique<CPanasonic>(); }, false,
-         {{VORNA_OP_PAN_LEFT, 0, "\x02" "AD01;GC7:9028870\x03"}},
-         "\x02" "AD01;GC7:9028870\x03"},
-        {"Panasonic menu navigation", [] { return std::make_unique<CPanasonic>(); }, false,
-         {{VORNA_OP_MENU_ON, 0, "\x02" "AD01;GC7:0021940\x03"}, {VORNA_OP_PAN_LEFT, 0, "\x02" "AD01;GC7:0021945\x03"},
-          {VORNA_OP_TILT_UP, 0, "\x02" "AD01;GC7:0021942\x03"}, {VORNA_OP_IRIS_OPEN, 0, "\x02" "AD01;GC7:002194A\x03"},
-          {VORNA_OP_MENU_OFF, 0, "\x02" "AD01;GC7:0021941\x03"}, {VORNA_OP_PAN_RIGHT, 0, "\x02" "AD01;GC7:9028C70\x03"}},
-         "\x02" "AD01;GC7:9028C70\x03"},
-        {"AD-MP48 pans and stops through Pan", [] { return std::make_unique<CAdMp48>(false); }, false,
-         {{VORNA_OP_PAN_RIGHT, 0, "6Ma1#a4Ra"}, {VORNA_OP_STOP_PAN, 0, "6Ma1#a0Ra"}}, ""},
-        {"AD-M3200 pans through Move and keeps it", [] { return std::make_unique<CAdM3200>(false); }, false,
-         {{VORNA_OP_PAN_RIGHT, 0, "6Ma1#a4Ra"}}, "6Ma1#a4Ra"},
-    };
-    for (const Row& row : rows) {
-        vorna_test::FakeClock clock;
-        vorna_test::RecordingHost host;
-        auto protocol = row.make();
-        PtzCamera camera;
-        camera.protocol = protocol.get();
-        camera.stream = 1;
-        std::vector<std::string> expected;
-        for (const Step& step : row.steps) {
-            ExecuteCommand(camera, step.opcode, step.parm);
-            expected.push_back(row.hex ? vorna_test::FromHex(step.bytes) : step.bytes);
-        }
-        EXPECT_EQ(host.SerialPayloads(), expected) << row.name;
-        EXPECT_EQ(camera.repeatBytes, row.kept) << row.name;
-    }
-}

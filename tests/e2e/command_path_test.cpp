@@ -53,20 +53,8 @@ struct ConfiguredModule {
     ModuleHost host;
 };
 
-const std::string kPelcoPanLeft("\xFF\x01\x00\x04\x1F\x00\x24", 7);
-const std::string kPanasonicPanLeft = "\x02" "AD12;GC7:9028870\x03";
 
 }  // namespace
-
-TEST(CommandPath, PanLeftReachesThePelcoDLine) {
-    ConfiguredModule module;
-    module.host.Event(VORNA_TYPE_EVENT, VORNA_FLAGS_EVENT, Event(1, 33));
-    auto serial = module.host.SentOfType(VORNA_TYPE_SERIAL);
-    ASSERT_EQ(serial.size(), 1u);
-    EXPECT_EQ(serial[0].payload, kPelcoPanLeft);
-    EXPECT_EQ(serial[0].record.stream, 21u);
-    EXPECT_EQ(serial[0].record.flags, 0x1000001u);
-}
 
 TEST(CommandPath, WriteAcceptsOnlyEventTypesWithBothFlagBits) {
     struct Row {
@@ -83,30 +71,6 @@ TEST(CommandPath, WriteAcceptsOnlyEventTypesWithBothFlagBits) {
         module.host.Event(row.type, row.flags, Event(1, 33));
         EXPECT_EQ(module.Serial(21).size(), row.accepted ? 1u : 0u) << row.type << " " << row.flags;
     }
-}
-
-TEST(CommandPath, AlarmFormIsCarriedOutByTheWorker) {
-    ConfiguredModule module;
-    module.host.Event(VORNA_TYPE_ALARM_EVENT, VORNA_FLAGS_EVENT,
-                      Event(1, 60, "5", " Time=\"0\" Milliseconds=\"0\" Action=\"3\" Alarm=\"1\""));
-    EXPECT_TRUE(module.Serial(21).empty());
-    module.host.StartWorker();
-    const std::string goToPreset5("\xFF\x01\x00\x07\x00\x05\x0D", 7);
-    for (int i = 0; i < 100 && module.Serial(21).empty(); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    ASSERT_FALSE(module.Serial(21).empty());
-    EXPECT_EQ(module.Serial(21)[0], goToPreset5);
-}
-
-TEST(CommandPath, PanasonicFrameRepeatsFromTheWorker) {
-    ConfiguredModule module;
-    module.host.StartWorker();
-    module.host.Event(VORNA_TYPE_EVENT, VORNA_FLAGS_EVENT, Event(2, 33));
-    std::this_thread::sleep_for(std::chrono::milliseconds(700));
-    auto frames = module.Serial(22);
-    ASSERT_GE(frames.size(), 2u);
-    EXPECT_LE(frames.size(), 4u);
-    for (const auto& frame : frames) EXPECT_EQ(frame, kPanasonicPanLeft);
 }
 
 // Host threads send commands and configuration while the worker runs; run

@@ -41,9 +41,3 @@ TEST(LogToHost, SendsTheLogLineAsATypedRecord) {
     }
 }
 
-TEST(LogToHost, TheDocumentedExampleIs64Bytes) {
-    vorna_test::RecordingHost host;
-    LogToHost(50, "ptz camera serial port 3 not found");
-    ASSERT_EQ(host.sent.size(), 1u);
-    EXPECT_EQ(host.sent.front().record.length, 64u);
-}

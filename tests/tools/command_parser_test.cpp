@@ -4,41 +4,6 @@
 
 using namespace vorna_host;
 
-namespace {
-
-// "33:0 54:2.5" for the calls of an event command.
-std::string Calls(const Command& command) {
-    std::string text;
-    for (const OpcodeCall& call : command.calls)
-        text += (text.empty() ? "" : " ") + std::to_string(call.opcode) + ":" + FormatParm(call.parm);
-    return text;
-}
-
-TEST(CommandParser, OperatorVerbsBecomeOpcodes) {
-    const struct {
-        const char* line;
-        const char* calls;
-    } rows[] = {
-        {"left", "33:0"},           {"right", "34:0"},           {"up", "53:0"},
-        {"down", "52:0"},           {"zoom in", "17:0"},         {"zoom out", "18:0"},
-        {"iris open", "10:0"},      {"iris close", "11:0"},      {"iris stop", "62:0"},
-        {"focus near", "12:0"},     {"focus far", "13:0"},       {"focus stop", "63:0"},
-        {"preset set 4", "58:4"},   {"preset goto 2.5", "60:2.5"}, {"preset clear 4", "59:4"},
-        {"pattern run 1", "69:1"},  {"pattern record 2", "70:2"}, {"pattern stop 2", "71:2"},
-        {"menu on", "65:0"},        {"menu off", "66:0"},        {"speed pan 10", "39:10"},
-        {"speed tilt 7", "46:7"},   {"speed zoom 3", "30:3"},    {"stop", "32:0 54:0 31:0"},
-        {"raw 0x00090000", "64:589824"}, {"raw 4294967295", "64:-1"}, {"  op 73 5  ", "73:5"},
-        {"op 9", "9:0"},
-    };
-    for (const auto& row : rows) {
-        Command command;
-        std::string error;
-        ASSERT_TRUE(ParseCommand(row.line, command, error)) << row.line << ": " << error;
-        EXPECT_EQ(CommandKind::kEvent, command.kind) << row.line;
-        EXPECT_EQ(row.calls, Calls(command)) << row.line;
-    }
-}
-
 TEST(CommandParser, BadLinesNameWhatWasExpected) {
     const struct {
         const char* line;
@@ -113,5 +78,3 @@ TEST(EventDocuments, ReadLikeTheModuleExpectsThem) {
               "</Input></Serial></Tarn>",
               SerialPortDocument({{"COM1", "Pelco-D", 1}, {"A&B\"", "AD-M3200 Multi", 2}}));
 }
-
-}  // namespace
