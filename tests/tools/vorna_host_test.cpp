@@ -348,7 +348,8 @@ TEST(VornaHost, ListsTheCamerasAndTheSelectedCamerasMotion) {
     ASSERT_EQ(0, host.Finish(3000)) << host.err;
     for (const char* line : {"1 1 1  port COM1  Pelco-D  address 1  tour off\n",
                              "camera 1 1 1: pan left at speed 31, tilt still, zoom in at speed 2, iris still, focus "
-                             "still\n"})
+                             "still\n",
+                             "0 replaced, "})
         EXPECT_NE(std::string::npos, host.out.find(line)) << line << host.out;
 }
 

@@ -88,7 +88,7 @@ const struct {
     {"config", "hand a configuration file to the module"},
     {"wait", "wait MS milliseconds"},
     {"list", "list the configured cameras: port, protocol, address, tour"},
-    {"status", "show the selected camera's motion as last commanded"},
+    {"status", "show the selected camera's motion as last commanded, and each line's counters"},
     {"help", "show this list"},
     {"quit", "stop the cameras that were moved and end"},
 };

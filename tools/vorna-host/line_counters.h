@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <string>
 
 namespace vorna_host {
 
@@ -17,5 +18,8 @@ struct LineCounters {
     std::chrono::microseconds worstLatency{0};
     std::chrono::microseconds medianLatency{0};
 };
+
+// "line COM1: 120 sent, 3 replaced, 1 waiting; callback to wire worst 150.0 ms, median 75.0 ms"
+std::string DescribeLineCounters(const std::string& line, const LineCounters& counters);
 
 }  // namespace vorna_host

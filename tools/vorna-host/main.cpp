@@ -152,7 +152,8 @@ int RunHost(const std::vector<std::string>& args) {
     const bool interactive = options.scriptPath.empty() && isatty(input);
     std::unique_ptr<Console> console(interactive ? new Console("vorna> ", stop) : nullptr);
     reader.UseConsole(console.get());
-    const Session::Settings settings{baseDir, !options.scriptPath.empty(), start, &cameras, interactive, options.yes};
+    const Session::Settings settings{baseDir,     !options.scriptPath.empty(), start, &cameras, interactive,
+                                     options.yes, &router};
     Session session(*module, stop, settings, stdout, stderr);
     session.Run(reader);
     console.reset();

@@ -51,6 +51,12 @@ void MessageRouter::AddLine(uint64_t stream, std::string name, std::unique_ptr<L
     lines_[stream] = NamedLine{std::move(name), std::move(writer)};
 }
 
+std::string MessageRouter::DescribeLines() const {
+    std::string text;
+    for (const NamedCounters& line : Counters()) text += DescribeLineCounters(line.line, line.counters) + "\n";
+    return text;
+}
+
 void MessageRouter::DrainLines() {
     for (auto& line : lines_) line.second.writer->Drain();
 }

@@ -45,8 +45,11 @@ public:
     int Route(const HostMessage& message);
     // Waits until everything handed to any line so far has left the wire.
     void DrainLines();
-    // Every line's counters, in stream order.
+    // Every line's counters, in stream order. Any thread may ask at any time:
+    // each line's are copied under that line's lock.
     std::vector<NamedCounters> Counters() const;
+    // One DescribeLineCounters line per line, in stream order.
+    std::string DescribeLines() const;
     // "vorna-host: TEXT" on the report stream.
     void Report(const std::string& text);
 

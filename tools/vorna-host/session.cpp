@@ -52,10 +52,8 @@ bool Session::Execute(const Command& command, int lineNumber) {
             Print(ListCameras(settings_.cameras ? settings_.cameras->Get() : CameraTable()));
             return true;
         case CommandKind::kStatus:
-            if (cameraSelected_)
-                Print("camera " + CameraName(camera_) + ": " + motion_.Describe(camera_) + "\n");
-            else
-                Complain(lineNumber, "no camera selected (use 'camera DEVICES DEVICE INPUT' first)");
+            if (cameraSelected_) Print("camera " + CameraName(camera_) + ": " + motion_.Describe(camera_) + "\n");
+            if (settings_.lines) Print(settings_.lines->DescribeLines());
             return true;
         case CommandKind::kHelp:
             std::fputs(CommandHelp().c_str(), out_);

@@ -10,6 +10,7 @@
 #include "camera_motion.h"
 #include "command_parser.h"
 #include "line_reader.h"
+#include "message_router.h"
 #include "module_driver.h"
 #include "stop_signal.h"
 
@@ -24,6 +25,7 @@ public:
         const LatestCameraTable* cameras = nullptr;    // the module's table; null: commands are not checked
         bool interactive = false;                      // an operator at a terminal answers questions
         bool confirmed = false;                        // --yes: surprising commands go without a question
+        const MessageRouter* lines = nullptr;          // whose counters 'status' shows; null: none
     };
 
     Session(ModuleDriver& module, StopSignal& stop, Settings settings, FILE* out, FILE* report)
