@@ -14,6 +14,8 @@ using namespace panasonic;
 // Longer than any frame the builder makes: a frame not ended by then is none.
 constexpr size_t kLongestFrame = 40;
 constexpr size_t kLongestNumber = 8;
+// The decimal digits of the largest address a 32-bit number holds.
+constexpr size_t kLongestAddress = 10;
 // A recalled preset 0: the preset prefix and eight digits.
 constexpr size_t kLongestCommand = sizeof kPresetPrefix - 1 + kLongestNumber;
 
@@ -87,7 +89,7 @@ public:
         if (at >= size) return FrameSpan::NeedMore();
         const size_t digits = run(IsDigit);
         if (at >= size) return at < kLongestFrame ? FrameSpan::NeedMore() : FrameSpan::NoStart();
-        if (digits == 0 || !fixed(kCommandMark)) return FrameSpan::NoStart();
+        if (digits == 0 || digits > kLongestAddress || !fixed(kCommandMark)) return FrameSpan::NoStart();
         if (at >= size) return FrameSpan::NeedMore();
         const size_t command = run(IsHex);
         if (at >= size) return at < kLongestFrame ? FrameSpan::NeedMore() : FrameSpan::NoStart();
@@ -100,7 +102,9 @@ public:
     void Decode(const uint8_t* data, size_t size, DecodedFrame& frame) override {
         const std::string text(reinterpret_cast<const char*>(data) + 1, size - 2);
         const size_t mark = text.find(kCommandMark);
-        frame.address = std::stoi(text.substr(std::strlen(kAddressMark), mark - std::strlen(kAddressMark)));
+        int64_t address = 0;
+        for (size_t at = std::strlen(kAddressMark); at < mark; ++at) address = address * 10 + (text[at] - '0');
+        frame.address = static_cast<int>(address);
         const std::string command = text.substr(mark + std::strlen(kCommandMark));
         for (const FixedCommand& fixed : kFixedCommands) {
             if (command == fixed.text) {

@@ -85,8 +85,11 @@ TEST(VornaHost, DemoScriptDrivesBothCamerasOnVirtualLines) {
     const std::string panLeft = "COM2  02 41 44 30 31 3B 47 43 37 3A 39 30 32 38 38 37 30 03  |.AD01;GC7:9028870.|";
     EXPECT_GE(Count(host.out, panLeft), 3u) << "the worker repeats the Panasonic frame";
     EXPECT_NE(std::string::npos, host.out.find("|.AD01;GC7:9030000.|")) << "alarm: go to preset 1";
-    for (const char* frame : {"COM1  FF 01 00 02 1F 00 22", "COM1  FF 01 00 03 00 03 07", "COM1  FF 01 00 07 00 03 0B"})
+    for (const char* frame : {"COM1  FF 01 00 02 1F 00 22  = address 1: pan right 32",
+                              "COM1  FF 01 00 03 00 03 07  = address 1: store preset 3",
+                              "COM1  FF 01 00 07 00 03 0B  = address 1: go to preset 3"})
         EXPECT_NE(std::string::npos, host.out.find(frame)) << frame;
+    EXPECT_EQ(Count(host.out, " ms  COM"), Count(host.out, "  = address 1: ")) << "every frame says what it does";
     const std::string tourPart = host.out.substr(host.out.find("> wait 2500"));
     EXPECT_NE(std::string::npos, tourPart.find("COM1  FF 01 00 07 00 01 09")) << "tour position 1";
     EXPECT_NE(std::string::npos, tourPart.find("COM1  FF 01 00 07 00 02 0A")) << "tour position 2";
