@@ -65,6 +65,9 @@ bool ReadSequence(const uint8_t* data, size_t size, KeySequence& sequence, bool&
     return true;
 }
 
+// A pattern number as the 32-bit difference the builder's sum came from.
+int Wrapped(int code, int base) { return static_cast<int>(static_cast<uint32_t>(code) - static_cast<uint32_t>(base)); }
+
 // The direction of a key pair: -1 for the first key, +1 for the second.
 int KeyDirection(const char* keys, char key) { return key == keys[0] ? -1 : key == keys[1] ? 1 : 0; }
 
@@ -144,18 +147,18 @@ private:
     // The 3200 moves through Move, the 48 through Pan and Tilt, where digit 0
     // is the stop key.
     bool DecodePanTilt(bool pan, int direction, const KeySequence& sequence, DecodedFrame& frame) const {
-        const int digit = static_cast<int>(sequence.number);
         const char* axis = pan ? "pan" : "tilt";
         const char* negative = pan ? "left" : "down";
         const char* positive = pan ? "right" : "up";
-        if (mp48_ && sequence.hasNumber && digit == 0) {
+        if (mp48_ && sequence.hasNumber && sequence.number == 0) {
             Describe(frame, pan ? "Pan" : "Tilt", {direction < 0 ? -1 : 0}, FrameKind::kStop,
                      std::string(axis) + " stop");
             return true;
         }
-        int speed = kBeyondDigits;
-        if (sequence.hasNumber) speed = mp48_ && digit == kMp48FastestDigit ? kMp48Fastest : digit * kSpeedStep;
-        speed = direction * (speed > 0 ? speed : 1);
+        int64_t magnitude = kBeyondDigits;
+        if (sequence.hasNumber)
+            magnitude = mp48_ && sequence.number == kMp48FastestDigit ? kMp48Fastest : sequence.number * kSpeedStep;
+        const int speed = static_cast<int>(direction * (magnitude > 0 ? magnitude : 1));
         if (mp48_) {
             Describe(frame, pan ? "Pan" : "Tilt", {speed}, FrameKind::kMotion,
                      AxisWords(axis, speed, negative, positive));
@@ -206,10 +209,10 @@ private:
             action = kPatternAction2;
         } else if (code > kRecordPatternBase) {
             action = kPatternStartRecording;
-            number = code - kRecordPatternBase;
+            number = Wrapped(code, kRecordPatternBase);
         } else {
             action = kPatternRun;
-            number = code - kRunPatternBase;
+            number = Wrapped(code, kRunPatternBase);
         }
         Describe(frame, "Pattern", {number, action}, FrameKind::kOther, PatternWords(number, action));
         return true;
