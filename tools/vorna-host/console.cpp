@@ -16,7 +16,7 @@ constexpr int kHistorySize = 500;
 }  // namespace
 
 Console::Console(const std::string& prompt, StopSignal& stop)
-    : prompt_(prompt), stop_(stop), editor_(el_init("vorna-host", stdin, stdout, stderr)), history_(history_init()) {
+    : prompt_(prompt), shown_(prompt), stop_(stop), editor_(el_init("vorna-host", stdin, stdout, stderr)), history_(history_init()) {
     HistEvent event;
     history(history_, &event, H_SETSIZE, kHistorySize);
     el_set(editor_, EL_CLIENTDATA, this);
@@ -34,7 +34,7 @@ Console::~Console() {
 char* Console::Prompt(editline* editor) {
     Console* console = nullptr;
     el_get(editor, EL_CLIENTDATA, &console);
-    return &console->prompt_[0];
+    return &console->shown_[0];
 }
 
 // One byte of the terminal, or 0 (the end) when a stop signal comes first.

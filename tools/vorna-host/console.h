@@ -27,11 +27,16 @@ public:
     // The next line the operator entered, without its line break.
     Result Next(std::string& line);
 
+    // Shows `prompt` instead of the usual one until RestorePrompt.
+    void SetPrompt(const std::string& prompt) { shown_ = prompt; }
+    void RestorePrompt() { shown_ = prompt_; }
+
 private:
     static char* Prompt(editline* editor);
     static int ReadKey(editline* editor, wchar_t* key);
 
     std::string prompt_;
+    std::string shown_;
     StopSignal& stop_;
     editline* editor_;
     history* history_;

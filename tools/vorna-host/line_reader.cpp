@@ -15,6 +15,18 @@ bool LineReader::TakeBufferedLine(std::string& line) {
     return true;
 }
 
+LineReader::Result LineReader::Answer(const std::string& question, FILE* out, std::string& answer) {
+    if (console_ == nullptr) {
+        std::fputs(question.c_str(), out);
+        std::fflush(out);
+        return Next(answer);
+    }
+    console_->SetPrompt(question);
+    const Result result = Next(answer);
+    console_->RestorePrompt();
+    return result;
+}
+
 LineReader::Result LineReader::Next(std::string& line) {
     if (console_ != nullptr) {
         switch (console_->Next(line)) {

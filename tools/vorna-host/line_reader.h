@@ -2,6 +2,7 @@
 // a script), giving up as soon as a stop signal arrives.
 #pragma once
 
+#include <cstdio>
 #include <string>
 
 #include "console.h"
@@ -17,6 +18,10 @@ public:
 
     // The next line without its line break; a last line without one counts.
     Result Next(std::string& line);
+
+    // The operator's answer to `question`: the console's prompt while it
+    // waits, or the question printed on `out` before the next line.
+    Result Answer(const std::string& question, FILE* out, std::string& answer);
 
     // Reads through `console` (a terminal with line editing) from now on;
     // null: straight from the descriptor.

@@ -123,11 +123,9 @@ bool Session::MayGo(const std::vector<OpcodeCall>& calls, int lineNumber) {
 }
 
 bool Session::Confirm(const std::string& question) {
-    std::fputs(question.c_str(), out_);
-    std::fflush(out_);
     std::string answer;
-    return reader_ != nullptr && reader_->Next(answer) == LineReader::Result::kLine && !answer.empty() &&
-           (answer[0] == 'y' || answer[0] == 'Y');
+    return reader_ != nullptr && reader_->Answer(question, out_, answer) == LineReader::Result::kLine &&
+           !answer.empty() && (answer[0] == 'y' || answer[0] == 'Y');
 }
 
 void Session::HandConfiguration(const std::string& path, int lineNumber) {
