@@ -1,5 +1,4 @@
 #include <array>
-#include <cstring>
 
 #include "protocols/ad_megapower_wire.h"
 #include "protocols/decode_families.h"
@@ -14,7 +13,6 @@ using namespace ad_megapower;
 
 // More digits than any number the keyboard takes: no key sequence.
 constexpr size_t kLongestNumber = 11;
-constexpr char kKeys[] = "M#LRDUWTCOFN^\\'%";
 constexpr int kSpeedStep = 8;
 // A 3200 pan or tilt key without a digit runs beyond the fastest digit.
 constexpr int kBeyondDigits = 56;
@@ -26,7 +24,12 @@ bool IsDigit(uint8_t c) { return c >= '0' && c <= '9'; }
 bool IsKey(uint8_t c) {
     static const auto kIsKey = [] {
         std::array<bool, 256> table{};
-        for (const char* key = kKeys; *key != '\0'; ++key) table[static_cast<uint8_t>(*key)] = true;
+        for (const char* pair : {kPanKeys, kTiltKeys, kZoomKeys, kIrisKeys, kFocusKeys}) {
+            table[static_cast<uint8_t>(pair[0])] = table[static_cast<uint8_t>(pair[1])] = true;
+        }
+        for (char key : {kMonitorKey, kCameraKey, kPresetSetKey, kPresetGoToKey, kPatternKey, kSpecialFunctionKey}) {
+            table[static_cast<uint8_t>(key)] = true;
+        }
         return table;
     }();
     return kIsKey[c];
@@ -42,7 +45,7 @@ struct KeySequence {
 };
 
 // Reads a key sequence at `data`; false when none starts there. `complete`
-// tells whether it ran out of bytes first.
+// is false when the bytes ran out before its channel letter.
 bool ReadSequence(const uint8_t* data, size_t size, KeySequence& sequence, bool& complete) {
     size_t at = 0;
     complete = false;
