@@ -135,6 +135,10 @@ TEST(VornaHost, RefusesBadStartBeforeSendingAnything) {
         {{"--module", "/nonexistent/libvorna.so"}, 1, "cannot load module /nonexistent/libvorna.so"},
         {{"--script", "missing.script"}, 1, "cannot open script"},
         {{"--workdir", "/nonexistent"}, 1, "cannot enter working directory /nonexistent"},
+        {{"monitor"}, 2, "monitor: no device"},
+        {{"monitor", "/dev/ttyS0:1234"}, 2, "monitor: bad baud rate '1234' (supported: 1200, 2400,"},
+        {{"monitor", "/dev/ttyS0", "--protocol", "Pelco-X"}, 2, "monitor: unknown protocol 'Pelco-X' (known: Pelco-D,"},
+        {{"monitor", "/nonexistent/ttyS9"}, 1, "cannot open /nonexistent/ttyS9: No such file or directory"},
     };
     for (const Row& row : rows) {
         TempDir dir;
