@@ -119,43 +119,6 @@ TEST(ExecuteCommand, OpcodeTable) {
     }
 }
 
-TEST(ExecuteCommand, UnknownOpcodesResendTheKeptBytesThroughPassThrough) {
-    for (int opcode : {0, 15, 100, -1}) {
-        Fixture f;
-        f.protocol.repeat = true;
-        f.camera.repeatBytes = "kept";
-        ExecuteCommand(f.camera, opcode, 0.0);
-        EXPECT_EQ(f.protocol.calls, std::vector<std::string>{"PassThrough(1,'kept')"});
-        EXPECT_EQ(f.host.SerialPayloads(), std::vector<std::string>{"kept"});
-        EXPECT_EQ(f.camera.repeatBytes, "kept");
-    }
-    Fixture f;
-    ExecuteCommand(f.camera, 15, 0.0);
-    EXPECT_TRUE(f.host.sent.empty());
-}
-
-TEST(ExecuteCommand, SpeedSettingsApplyToTheNextMotion) {
-    Fixture f;
-    ExecuteCommand(f.camera, VORNA_OP_SET_PAN_SPEED, 10.0);
-    ExecuteCommand(f.camera, VORNA_OP_PAN_RIGHT, 0.0);
-    ExecuteCommand(f.camera, VORNA_OP_SET_TILT_SPEED, 0.0);
-    ExecuteCommand(f.camera, VORNA_OP_TILT_DOWN, 0.0);
-    EXPECT_EQ(f.host.SerialPayloads(), (std::vector<std::string>{"Pan(1,11)", "Tilt(1,-1)"}));
-}
-
-TEST(ExecuteCommand, MenuModeOnlyWithAProtocolThatNavigates) {
-    for (bool navigates : {false, true}) {
-        Fixture f;
-        f.protocol.menuMode = navigates;
-        ExecuteCommand(f.camera, VORNA_OP_MENU_ON, 0.0);
-        ExecuteCommand(f.camera, VORNA_OP_PAN_LEFT, 0.0);
-        EXPECT_EQ(f.host.SerialPayloads(),
-                  (std::vector<std::string>{"Menu(1,1)", navigates ? "MenuNavigate(1,0,-1,0)" : "Pan(1,-32)"}));
-        ExecuteCommand(f.camera, VORNA_OP_MENU_OFF, 0.0);
-        EXPECT_FALSE(f.camera.menuMode);
-    }
-}
-
 TEST(ExecuteCommand, UnknownLineSendsNothingButKeepsState) {
     Fixture f;
     f.camera.stream = 0;
@@ -164,16 +127,3 @@ TEST(ExecuteCommand, UnknownLineSendsNothingButKeepsState) {
     EXPECT_EQ(f.camera.panMotion, 32);
     EXPECT_EQ(f.camera.lastCommandTime, f.clock.now);
 }
-
-TEST(ExecuteCommand, MissingProtocolIsLogged) {
-    Fixture f;
-    f.camera.protocol = nullptr;
-    f.camera.serialPort = "COM3";
-    f.camera.address = 12;
-    ExecuteCommand(f.camera, VORNA_OP_PAN_RIGHT, 0.0);
-    ASSERT_EQ(f.host.sent.size(), 1u);
-    EXPECT_EQ(f.host.sent[0].payload, "<log_msg level=\"75\">ptz port COM3 address 12 missing protocol</log_msg>");
-    EXPECT_EQ(f.camera.panMotion, 0);
-    EXPECT_EQ(f.camera.lastCommandTime, f.clock.now);
-}
-
