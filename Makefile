@@ -3,6 +3,9 @@
 # `make demo` drives cameras on virtual lines with the reference host.
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
+# Sanitizer builds compile at -O1 with line tables only: less than half the
+# compile time of -O2 -g, and still readable reports.
+SANITIZER_BUILD = -DCMAKE_BUILD_TYPE=Debug "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g1" "-DCMAKE_C_FLAGS_DEBUG=-O1 -g1"
 
 .PHONY: all deps build check check-plain check-asan check-tsan check-fuzz fuzz fuzz-build demo bench install package clean
 
@@ -19,14 +22,14 @@ check-plain: build
 	cd build && ctest --output-on-failure -j $(JOBS)
 
 check-asan: deps
-	cmake -S . -B build-asan -DVORNA_SANITIZE=address,undefined $(CMAKE_FLAGS) >/dev/null
+	cmake -S . -B build-asan -DVORNA_SANITIZE=address,undefined $(SANITIZER_BUILD) $(CMAKE_FLAGS) >/dev/null
 	cmake --build build-asan -j $(JOBS)
 	cd build-asan && ASAN_OPTIONS=halt_on_error=1:detect_leaks=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
 		ctest --output-on-failure -j $(JOBS)
 
 check-tsan: deps
-	cmake -S . -B build-tsan -DVORNA_SANITIZE=thread $(CMAKE_FLAGS) >/dev/null
-	cmake --build build-tsan -j $(JOBS) --target vorna_core_tests vorna_e2e_tests vorna_tools_tests
+	cmake -S . -B build-tsan -DVORNA_SANITIZE=thread $(SANITIZER_BUILD) $(CMAKE_FLAGS) >/dev/null
+	cmake --build build-tsan -j $(JOBS) --target vorna_concurrency_tests
 	cd build-tsan && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure -j $(JOBS) -R 'Concurrency'
 
 # Fuzz targets (fuzz/): clang with libFuzzer, AddressSanitizer and UBSan.

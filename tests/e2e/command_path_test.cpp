@@ -1,9 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
-#include <thread>
-
 #include "e2e/module_host.h"
 
 using namespace vorna_test;
@@ -71,34 +67,4 @@ TEST(CommandPath, WriteAcceptsOnlyEventTypesWithBothFlagBits) {
         module.host.Event(row.type, row.flags, Event(1, 33));
         EXPECT_EQ(module.Serial(21).size(), row.accepted ? 1u : 0u) << row.type << " " << row.flags;
     }
-}
-
-// Host threads send commands and configuration while the worker runs; run
-// under ThreadSanitizer too.
-TEST(Concurrency, WritesAndUpdatesWhileTheWorkerRuns) {
-    ConfiguredModule module;
-    module.host.StartWorker();
-    std::atomic<bool> go{false};
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 3; ++t)
-        threads.emplace_back([&, t] {
-            while (!go) std::this_thread::yield();
-            for (int i = 0; i < 100; ++i) {
-                module.host.Event(VORNA_TYPE_EVENT, VORNA_FLAGS_EVENT, Event(1 + (i + t) % 2, i % 2 ? 33 : 32));
-                module.host.Event(VORNA_TYPE_ALARM_EVENT, VORNA_FLAGS_EVENT,
-                                  Event(2, 60, "1", " Time=\"0\" Milliseconds=\"0\" Action=\"1\" Alarm=\"1\""));
-            }
-        });
-    threads.emplace_back([&] {
-        while (!go) std::this_thread::yield();
-        for (int i = 0; i < 10; ++i) {
-            module.host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, kSerialDocument);
-            module.host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, kCameraDocument);
-        }
-    });
-    go = true;
-    for (auto& thread : threads) thread.join();
-    module.host.StopWorker();
-    EXPECT_EQ(module.host.workerResult, 0);
-    EXPECT_GE(module.Serial(21).size(), 1u);
 }
