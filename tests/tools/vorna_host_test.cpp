@@ -8,6 +8,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <memory>
 
 #include "support/temp_dir.h"
 #include "tools/host_process.h"
@@ -396,6 +397,35 @@ TEST(VornaHost, ConsoleOnATerminalPromptsAndRecallsHistory) {
     waitpid(pid, &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     close(terminal);
+}
+
+// An adapter unplugged mid-session is reported once; when it is back under
+// its name, the host opens it again and goes on sending.
+TEST(VornaHost, ReopensAnUnpluggedDeviceWhenItReturns) {
+    TempDir dir;
+    dir.Write("VORNA.xml", kOneCamera);
+    const std::string device = dir.File("ttyCOM1");
+    auto line = std::make_unique<PseudoTerminal>();
+    // The host must not inherit the terminal, or it would keep it alive.
+    for (int fd : {line->master, line->slave}) fcntl(fd, F_SETFD, FD_CLOEXEC);
+    ASSERT_EQ(0, symlink(line->slavePath.c_str(), device.c_str()));
+    HostProcess host({"--line", "COM1=Pelco-D@" + device}, dir.path);
+    host.Type("camera 1 1 1\nright\n");
+    ASSERT_EQ("FF 01 00 02 1F 00 22", Hex(line->Received(7)));
+
+    line.reset();
+    unlink(device.c_str());
+    host.Type("left\n");
+    ASSERT_TRUE(host.WaitUntil([&] { return Count(host.err, " is gone ") == 1; }, 3000)) << host.err;
+    host.Type("up\n");
+    PseudoTerminal back;
+    ASSERT_EQ(0, symlink(back.slavePath.c_str(), device.c_str()));
+    host.Type("preset goto 5\n");
+    EXPECT_NE(std::string::npos, Hex(back.Received(100)).find("FF 01 00 07 00 05 0D"));
+    host.Type("quit\n");
+    EXPECT_EQ(0, host.Finish(3000)) << host.err;
+    EXPECT_EQ(1u, Count(host.err, " is gone ")) << host.err;
+    EXPECT_EQ(1u, Count(host.err, "vorna-host: line COM1: " + device + " is back\n")) << host.err;
 }
 
 }  // namespace
