@@ -101,7 +101,12 @@ std::unique_ptr<DeviceLine> DeviceLine::Open(const std::string& path, int baud, 
     return std::unique_ptr<DeviceLine>(new DeviceLine(fd));
 }
 
-DeviceLine::~DeviceLine() { close(fd_); }
+// Exclusive mode stays with the terminal while anyone else holds it open;
+// the next program must be able to open the line once this host let go.
+DeviceLine::~DeviceLine() {
+    ioctl(fd_, TIOCNXCL);
+    close(fd_);
+}
 
 bool DeviceLine::Send(const uint8_t* bytes, size_t length, std::string& error) {
     size_t written = 0;
