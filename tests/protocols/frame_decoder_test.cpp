@@ -85,7 +85,8 @@ std::string ExpectedOperation(const std::string& protocol, const std::string& op
     if (pelcoD && (op == "MenuEnter" || (op == "Menu" && first == 0))) return "Iris";
     // AD-RS422 stops each axis with the axis' stop command, whatever asks for
     // it; a move is one frame per moving axis; a menu item is selected with
-    // focus far.
+    // focus far. (Clearing a preset sends the store frame, so it reads back as
+    // a store: the same operation with action 0, which the rebuild accepts.)
     if (sensormatic && (op == "Pan" || op == "Tilt" || op == "Zoom") && first == 0) return "StopAxes";
     if (sensormatic && op == "Move") return first != 0 ? "Pan" : args[1] != 0 ? "Tilt" : "Zoom";
     if (sensormatic && op == "MenuEnter") return "Focus";
