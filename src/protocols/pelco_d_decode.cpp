@@ -32,7 +32,7 @@ public:
         // Command 2 is odd for the numbered commands, even for motion.
         const bool decoded = (command2 & 1) != 0 ? command1 == 0 && data1 == 0 && DecodeCommand(command2, data2, frame)
                                                  : DecodeMotion(command1, command2, data1, data2, frame);
-        if (!decoded) pelco::DecodeRaw(command1, command2, data1, data2, frame);
+        if (!decoded) pelco::DecodeRaw(pelco::ReadCommand(data + kCommand1At), frame);
     }
 
 private:

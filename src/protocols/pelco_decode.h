@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "protocols/decode_words.h"
+#include "protocols/pelco_commands.h"
 #include "protocols/pelco_common.h"
 
 namespace vorna {
@@ -63,9 +64,12 @@ inline bool DecodePresetCommand(uint8_t command, int value, bool menuByPreset, D
     }
 }
 
-// Four command and data bytes as the raw command that sends them.
-inline void DecodeRaw(uint8_t byte1, uint8_t byte2, uint8_t byte3, uint8_t byte4, DecodedFrame& frame) {
-    const uint32_t value = uint32_t{byte1} << 24 | uint32_t{byte2} << 16 | uint32_t{byte3} << 8 | byte4;
+// The four command bytes of a frame, as the builders' commands hold them.
+inline CommandBytes ReadCommand(const uint8_t* first) { return {first[0], first[1], first[2], first[3]}; }
+
+// Any command as the raw command that sends its four bytes.
+inline void DecodeRaw(const CommandBytes& command, DecodedFrame& frame) {
+    const uint32_t value = command.command1 << 24 | command.command2 << 16 | command.data1 << 8 | command.data2;
     Describe(frame, "RawCommand", {static_cast<int>(value)}, FrameKind::kOther, RawWords(value));
 }
 

@@ -31,7 +31,7 @@ public:
         const bool decoded = (data2 & 1) != 0
                                  ? data1 == 0 && data3 == 0 && pelco::DecodePresetCommand(data2, data4, true, frame)
                                  : DecodeMotion(data1, data2, data3, data4, frame);
-        if (!decoded) pelco::DecodeRaw(data1, data2, data3, data4, frame);
+        if (!decoded) pelco::DecodeRaw(pelco::ReadCommand(data + kData1At), frame);
     }
 
 private:
