@@ -29,6 +29,7 @@ TableCamera ReadInput(const TiXmlElement& input, const CameraKey& key) {
     ReadInt(input, "Address", camera.address);
     int tour = 0;
     camera.tourEnabled = ReadInt(input, "TourEnabled", tour) && tour == 1;
+    ReadInt(input, "TourDwell", camera.tourDwell);
     // A preset without a name is dropped by the module, and with it every
     // tour position that names it; the positions are kept here so that a
     // check can point them out.

@@ -20,6 +20,7 @@ struct TableCamera {
     std::string protocol;  // empty until the camera's line is bound
     int address = 1;
     bool tourEnabled = false;
+    int tourDwell = 0;                       // seconds between tour steps
     std::map<int, std::string> presetNames;  // preset number to name
     std::map<int, int> tourPositions;        // tour position to preset number
 };

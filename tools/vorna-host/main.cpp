@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -13,10 +14,13 @@
 #include <string>
 #include <vector>
 
+#include "camera_guard.h"
 #include "config_check.h"
 #include "console.h"
 #include "device_line.h"
 #include "documents.h"
+#include "frame_log.h"
+#include "http_panel.h"
 #include "known_protocols.h"
 #include "line_scheduler.h"
 #include "line_writer.h"
@@ -38,6 +42,7 @@ namespace {
 
 constexpr int kUsageError = 2;
 constexpr int kStartError = 1;
+constexpr int kPanelWaitMs = 60000;
 
 int Fail(int status, const std::string& message) {
     std::fprintf(stderr, "vorna-host: %s\n", message.c_str());
@@ -79,7 +84,7 @@ std::unique_ptr<LineWriter> MakeLineWriter(const LineOption& option, std::unique
 // Stream numbers count from 1: a camera on stream 0 is one whose line the
 // module does not know, and it sends nothing.
 bool OpenLines(const std::vector<LineOption>& wanted, bool echo, std::chrono::steady_clock::time_point start,
-               MessageRouter& router, std::vector<LineBinding>& bindings, std::string& error) {
+               MessageRouter& router, FrameLog* frameLog, std::vector<LineBinding>& bindings, std::string& error) {
     for (size_t i = 0; i < wanted.size(); ++i) {
         const LineOption& option = wanted[i];
         std::unique_ptr<SerialLine> line;
@@ -93,11 +98,23 @@ bool OpenLines(const std::vector<LineOption>& wanted, bool echo, std::chrono::st
                 return false;
             }
         }
+        if (frameLog) line = std::make_unique<LoggedLine>(std::move(line), option, start, *frameLog);
         const uint64_t stream = i + 1;
         router.AddLine(stream, option.name, MakeLineWriter(option, std::move(line), router));
         bindings.push_back(LineBinding{option.name, option.protocol, stream});
     }
     return true;
+}
+
+// Every camera of either list, once.
+std::vector<CameraKey> Together(std::vector<CameraKey> cameras, const std::vector<CameraKey>& more) {
+    for (const CameraKey& camera : more) {
+        const bool known = std::any_of(cameras.begin(), cameras.end(), [&camera](const CameraKey& other) {
+            return CameraName(other) == CameraName(camera);
+        });
+        if (!known) cameras.push_back(camera);
+    }
+    return cameras;
 }
 
 int OpenInput(const std::string& scriptPath, std::string& error) {
@@ -132,7 +149,10 @@ int RunHost(const std::vector<std::string>& args) {
     if (input < 0) return Fail(kStartError, error);
     MessageRouter router(stderr);
     std::vector<LineBinding> bindings;
-    if (!OpenLines(options.lines, options.echo, start, router, bindings, error)) return Fail(kStartError, error);
+    const bool panelWanted = !options.httpAddress.empty();
+    FrameLog frameLog;
+    if (!OpenLines(options.lines, options.echo, start, router, panelWanted ? &frameLog : nullptr, bindings, error))
+        return Fail(kStartError, error);
     std::unique_ptr<ModuleDriver> module = ModuleDriver::Open(modulePath, error);
     if (!module) return Fail(kStartError, "cannot load module " + modulePath + ": " + error);
     if (!options.workDir.empty() && chdir(options.workDir.c_str()) != 0)
@@ -148,6 +168,21 @@ int RunHost(const std::vector<std::string>& args) {
     MessageRouter::Install(&router);
     module->Start(&MessageRouter::Callback);
     if (!bindings.empty()) module->UpdateConfiguration(SerialPortDocument(bindings));
+    MotionWatchdog panelMotion;
+    PanelApi panelApi(*module, cameras, [&router] { return router.Counters(); }, panelMotion);
+    std::unique_ptr<HttpPanel> panel;
+    if (panelWanted) {
+        const HttpPanel::Settings panelSettings{options.httpAddress, options.httpPort,
+                                                PanelAccess::For(options.httpAddress, options.httpToken)};
+        panel = HttpPanel::Start(panelSettings, panelApi, frameLog, [&router](const std::string& text) {
+            router.Report(text);
+        }, error);
+        if (!panel) {
+            module->Stop();
+            return Fail(kStartError, "--http: " + error);
+        }
+        for (const std::string& address : panel->Addresses()) router.Report("control panel at " + address);
+    }
     LineReader reader(input, stop);
     const bool interactive = options.scriptPath.empty() && isatty(input);
     std::unique_ptr<Console> console(interactive ? new Console("vorna> ", stop) : nullptr);
@@ -157,10 +192,16 @@ int RunHost(const std::vector<std::string>& args) {
     Session session(*module, stop, settings, stdout, stderr);
     session.Run(reader);
     console.reset();
+    // The panel serves on after the console's input ends, until 'quit' or a
+    // stop signal.
+    if (panel && !session.Quit())
+        while (stop.Sleep(kPanelWaitMs)) {
+        }
+    panel.reset();
     // What the operator asked for goes out first, then the stops, and only
     // then is the module closed.
     router.DrainLines();
-    StopCameras(*module, session.Motion().CommandedCameras(), stderr);
+    StopCameras(*module, Together(session.Motion().CommandedCameras(), panelMotion.Commanded()), stderr);
     router.DrainLines();
     module->Stop();
     return 0;

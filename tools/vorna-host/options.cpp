@@ -76,7 +76,24 @@ bool AddLine(const std::string& text, HostOptions& options, std::string& error) 
 }
 
 bool TakesValue(const std::string& name) {
-    return name == "--module" || name == "--workdir" || name == "--script" || name == "--line";
+    return name == "--module" || name == "--workdir" || name == "--script" || name == "--line" || name == "--http" ||
+           name == "--http-token";
+}
+
+// "[ADDRESS:]PORT"; the address defaults to loopback, so the panel is only
+// reachable from elsewhere when asked for.
+bool ParseHttp(const std::string& text, HostOptions& options, std::string& error) {
+    const size_t colon = text.rfind(':');
+    const std::string port = colon == std::string::npos ? text : text.substr(colon + 1);
+    options.httpAddress = colon == std::string::npos ? "127.0.0.1" : text.substr(0, colon);
+    if (options.httpAddress.size() > 2 && options.httpAddress.front() == '[' && options.httpAddress.back() == ']')
+        options.httpAddress = options.httpAddress.substr(1, options.httpAddress.size() - 2);
+    if (AllDigits(port) && port.size() <= 5 && std::stoi(port) <= 65535 && !options.httpAddress.empty()) {
+        options.httpPort = std::stoi(port);
+        return true;
+    }
+    error = "--http '" + text + "': expected [ADDRESS:]PORT";
+    return false;
 }
 
 bool ApplyOption(const std::string& name, const std::string& value, HostOptions& options, std::string& error) {
@@ -84,6 +101,8 @@ bool ApplyOption(const std::string& name, const std::string& value, HostOptions&
     if (name == "--module") options.modulePath = value;
     if (name == "--workdir") options.workDir = value;
     if (name == "--script") options.scriptPath = value;
+    if (name == "--http") return ParseHttp(value, options, error);
+    if (name == "--http-token") options.httpToken = value;
     return true;
 }
 
@@ -149,6 +168,7 @@ bool ParseOptions(const std::vector<std::string>& args, HostOptions& options, st
 std::string UsageText() {
     return "usage: vorna-host [--module LIB] [--workdir DIR] [--script FILE] [--yes]\n"
            "                  [--accept-bad-config] [--line NAME=PROTOCOL[@DEVICE][:BAUD]]...\n"
+           "                  [--http [ADDRESS:]PORT [--http-token TOKEN]]\n"
            "       vorna-host --check [--workdir DIR] [--line ...]...\n"
            "       vorna-host --version\n"
            "       vorna-host monitor DEVICE[:BAUD] [--protocol NAME]\n"
@@ -176,6 +196,14 @@ std::string UsageText() {
            "  --echo         print the frames of real lines as virtual lines show them\n"
            "  --meaning      print what each frame does beside its bytes (the default)\n"
            "  --raw          print the bytes alone\n"
+           "  --http [ADDRESS:]PORT\n"
+           "                 serve the control panel (a page for a phone) and its JSON\n"
+           "                 API; ADDRESS defaults to 127.0.0.1, 0.0.0.0 reaches it from\n"
+           "                 the site's network. The host then runs until 'quit' or\n"
+           "                 Ctrl-C, not only until the end of its commands\n"
+           "  --http-token TOKEN\n"
+           "                 the token every panel request must carry (default: made\n"
+           "                 up and printed at start when ADDRESS is not loopback)\n"
            "\n"
            "Protocols: " + KnownProtocolNames() + "\n"
            "Baud rates: " + SupportedBauds() + "\n";

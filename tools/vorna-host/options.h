@@ -29,6 +29,9 @@ struct HostOptions {
     bool version = false;
     bool echo = false;  // print the frames of real lines as virtual lines show theirs
     bool raw = false;   // print frames without their meaning
+    std::string httpAddress;  // empty: no control panel
+    int httpPort = 0;         // 0: any free port
+    std::string httpToken;    // empty: one is made up at start where one is needed
 };
 
 // Both return false with a message naming the offending argument.

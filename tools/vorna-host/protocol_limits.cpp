@@ -126,6 +126,12 @@ std::string SurprisingEffect(const std::vector<OpcodeCall>& calls, const std::st
     return std::string();
 }
 
+SpeedRange SpeedRangeOf(const std::string& protocol) {
+    const WireLimits* limits = FindWireLimits(protocol);
+    if (limits == nullptr) return SpeedRange();
+    return SpeedRange{limits->pan, limits->tilt, limits->zoom};
+}
+
 int UsualBaud(const std::string& protocol) {
     const WireLimits* limits = FindWireLimits(protocol);
     return limits ? limits->usualBaud : 9600;

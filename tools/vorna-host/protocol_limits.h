@@ -28,6 +28,13 @@ std::string SurprisingEffect(const std::vector<OpcodeCall>& calls, const std::st
 // frames (speeds), so that no frame is expected.
 bool OnlySettings(const std::vector<OpcodeCall>& calls);
 
+// The highest speed setting per axis that the protocol's frames take; -1 for
+// every axis of an unknown protocol.
+struct SpeedRange {
+    int pan = -1, tilt = -1, zoom = -1;
+};
+SpeedRange SpeedRangeOf(const std::string& protocol);
+
 // The baud rate cameras of `protocol` usually leave the factory with.
 int UsualBaud(const std::string& protocol);
 

@@ -60,6 +60,7 @@ bool Session::Execute(const Command& command, int lineNumber) {
             std::fflush(out_);
             return true;
         case CommandKind::kQuit:
+            quit_ = true;
             return false;
         case CommandKind::kNothing:
             return true;

@@ -36,6 +36,8 @@ public:
 
     // What the session told each camera it commanded.
     const CameraMotion& Motion() const { return motion_; }
+    // True when the operator ended the session with 'quit'.
+    bool Quit() const { return quit_; }
 
 private:
     // False when the session ends.
@@ -56,6 +58,7 @@ private:
     FILE* out_;
     FILE* report_;
     bool cameraSelected_ = false;
+    bool quit_ = false;
     CameraKey camera_;
     CameraMotion motion_;
     LineReader* reader_ = nullptr;

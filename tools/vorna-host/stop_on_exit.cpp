@@ -12,6 +12,12 @@ namespace {
 
 const std::vector<OpcodeCall> kStopEveryAxis = {{32, 0}, {54, 0}, {31, 0}, {62, 0}, {63, 0}};
 
+}  // namespace
+
+const std::vector<OpcodeCall>& StopEveryAxis() { return kStopEveryAxis; }
+
+namespace {
+
 // Stopping can wait on a stalled line for a while; an operator who presses
 // Ctrl-C again wants out now, and the default action of SIGINT does that.
 void LetInterruptEndAtOnce() {

@@ -11,6 +11,9 @@
 
 namespace vorna_host {
 
+// Stops of pan, tilt, zoom, iris and focus, in one event.
+const std::vector<OpcodeCall>& StopEveryAxis();
+
 // Sends pan, tilt, zoom, iris and focus stops to each camera and says so in
 // one line on `report` (nothing when there is no camera). A second SIGINT
 // from here on ends the host at once.
