@@ -21,7 +21,9 @@ TEST(PanelAccess, TokenIsNeededOffLoopbackOrWhenGiven) {
     for (const auto& row : rows) {
         const PanelAccess access = PanelAccess::For(row.address, row.given);
         EXPECT_EQ(row.needsToken, !access.Refusal("").empty()) << row.address << " " << row.given;
-        if (row.needsToken) EXPECT_EQ("", access.Refusal(access.Token())) << row.address;
+        if (row.needsToken) {
+            EXPECT_EQ("", access.Refusal(access.Token())) << row.address;
+        }
     }
     EXPECT_NE(PanelAccess::For("0.0.0.0", "").Token(), PanelAccess::For("0.0.0.0", "").Token());
 }
@@ -86,7 +88,9 @@ TEST(MotionWatchdog, StopsACameraLeftMovingWithoutRequestsForASecond) {
         watchdog.Request(camera, row.calls, t0);
         if (row.holdAtMs >= 0) watchdog.Request(camera, {}, t0 + milliseconds(row.holdAtMs));
         EXPECT_EQ(row.stopped ? 1u : 0u, watchdog.Overdue(t0 + milliseconds(row.checkAtMs)).size()) << row.what;
-        if (row.stopped) EXPECT_TRUE(watchdog.Overdue(t0 + milliseconds(row.checkAtMs + 5000)).empty()) << row.what;
+        if (row.stopped) {
+            EXPECT_TRUE(watchdog.Overdue(t0 + milliseconds(row.checkAtMs + 5000)).empty()) << row.what;
+        }
         EXPECT_EQ(1u, watchdog.Commanded().size()) << row.what;
     }
 }
