@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <set>
 #include <sstream>
+#include <tuple>
 
 #include "e2e/module_host.h"
 
@@ -123,6 +124,30 @@ TEST(EntryPoints, UnknownIoctlOpAndBadRecordsDoNothing) {
     EXPECT_TRUE(host.Sent().empty());
     host.close();
     host.unload();
+}
+
+// Write takes types 4 and 8 only, and only with both flag bits of 0x1000010:
+// an accepted pan command reaches the Pelco-D camera's line.
+TEST(EntryPoints, WriteAcceptsOnlyEventTypesWithBothFlagBits) {
+    const std::tuple<uint64_t, uint64_t, size_t> rows[] = {
+        {8, 0x1000010, 1}, {8, 0x3000010, 1}, {12, 0x1000010, 0}, {0, 0x1000010, 0}, {8, 0x1000000, 0},
+        {16, 0x1000010, 0},
+    };
+    for (const auto& [type, flags, frames] : rows) {
+        ScopedWorkDir dir;
+        ModuleHost host;
+        host.Load();
+        host.open();
+        host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, "<Tarn Delta=\"0\"><Serial ID=\"851968\"><Input><Device Port=\"COM1\" "
+                                              "Protocol=\"Pelco-D\" Use=\"2\" StreamID=\"21\"/></Input></Serial></Tarn>");
+        host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, "<Tarn Delta=\"1\"><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\">"
+                                              "<Input Number=\"1\" SerialPort=\"COM1\" Address=\"1\"/></Device></Devices></PTZ></Tarn>");
+        host.Event(type, flags, "<Tarn><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\"><Video><Input "
+                                "Number=\"1\" Opcode=\"33\" Parm=\"0\"/></Video></Device></Devices></PTZ></Tarn>");
+        EXPECT_EQ(host.SentOfType(VORNA_TYPE_SERIAL).size(), frames) << type << " " << flags;
+        host.close();
+        host.unload();
+    }
 }
 
 TEST(EntryPoints, WorkerNapsBeforeOpenAndCloseWaitsForIt) {

@@ -11,6 +11,8 @@
 // test itself that start with '!':
 //   !file NAME TEXT   write TEXT into NAME in the working directory
 //   !mkdir NAME       !rmdir NAME       !rm NAME
+//   !ln TARGET NAME   a symbolic link   !chmod MODE NAME (octal)
+//   !stat NAME        "link to TARGET", "file MODE", "directory" or "missing"
 //   !show NAME        print the file, line by line
 //   !ls               list the working directory
 //   !refuse N         the host callback answers N from now on (0 accepts)
@@ -204,6 +206,13 @@ private:
             rmdir(name.c_str());
         } else if (verb == "rm") {
             unlink(name.c_str());
+        } else if (verb == "ln" || verb == "chmod") {
+            std::string second;
+            words >> second;
+            if (verb == "ln" ? symlink(name.c_str(), second.c_str()) : chmod(second.c_str(), std::stoi(name, nullptr, 8)))
+                return Complain(verb + " failed");
+        } else if (verb == "stat") {
+            EmitLocked(name + ": " + Describe(name));
         } else if (verb == "show") {
             std::istringstream content(ReadFile(name));
             for (std::string row; std::getline(content, row);) EmitLocked("| " + row);
@@ -218,6 +227,18 @@ private:
             return Complain("unknown test line !" + verb);
         }
         return true;
+    }
+
+    static std::string Describe(const std::string& name) {
+        struct stat info;
+        if (lstat(name.c_str(), &info) != 0) return "missing";
+        if (S_ISDIR(info.st_mode)) return "directory";
+        char target[256] = {};
+        if (S_ISLNK(info.st_mode) && readlink(name.c_str(), target, sizeof target - 1) > 0)
+            return std::string("link to ") + target;
+        char mode[16];
+        std::snprintf(mode, sizeof mode, "file %04o", static_cast<unsigned>(info.st_mode & 07777));
+        return mode;
     }
 
     static std::string ListWorkDir() {
