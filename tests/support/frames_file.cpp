@@ -7,135 +7,72 @@
 //   Menu 1 0 = -
 //
 // A row is an operation, its arguments (the camera address first), '=' and
-// the bytes it must build: hex pairs, a quoted text (\xNN, \\ and \" escape),
-// or '-' when it builds nothing. Numbers are decimal or 0x hexadecimal, with
-// an optional '-'. The rows of a section run in order on one object, so a
-// stateful protocol carries what one row did into the next. Blank lines are
-// ignored; a '#' starts a comment only at the start of a line.
+// the bytes it must build: hex pairs, a quoted text without blanks (escapes
+// \xNN, \\ and \"; \x20 is a blank), or '-' when it builds nothing. Numbers are
+// written as C writes them: decimal or 0x hexadecimal, with an optional '-'.
+// The rows of a section run in order on one object, so a stateful protocol
+// carries what one row did into the next. Blank lines are ignored; '#' starts
+// a comment only at the start of a line.
 #include "support/frames_file.h"
-
-#include <dirent.h>
 
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
-#include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace vorna_test {
 
 namespace {
 
-class LineScanner {
-public:
-    LineScanner(const std::string& line, const std::string& where) : line_(line), where_(where) {}
-
-    bool AtEnd() {
-        SkipBlanks();
-        return at_ >= line_.size();
-    }
-    char Peek() { return AtEnd() ? '\0' : line_[at_]; }
-
-    std::string Word() {
-        SkipBlanks();
-        const size_t start = at_;
-        while (at_ < line_.size() && !std::isspace(static_cast<unsigned char>(line_[at_]))) ++at_;
-        return line_.substr(start, at_ - start);
-    }
-
-    long long Number() {
-        const std::string word = Word();
-        const bool negative = !word.empty() && word[0] == '-';
-        const std::string digits = word.substr(negative ? 1 : 0);
-        const bool hex = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
-        errno = 0;
-        char* end = nullptr;
-        const unsigned long long magnitude = std::strtoull(digits.c_str(), &end, hex ? 16 : 10);
-        if (digits.empty() || !std::isxdigit(static_cast<unsigned char>(digits.back())) || *end != '\0' ||
-            errno != 0)
-            Fail("not a number: " + word);
-        return negative ? -static_cast<long long>(magnitude) : static_cast<long long>(magnitude);
-    }
-
-    std::string QuotedText() {
-        SkipBlanks();
-        std::string text;
-        for (++at_; at_ < line_.size() && line_[at_] != '"'; ++at_) {
-            if (line_[at_] != '\\') {
-                text += line_[at_];
-                continue;
-            }
-            if (++at_ >= line_.size()) break;
-            if (line_[at_] == 'x' && at_ + 2 < line_.size()) {
-                text += static_cast<char>(std::stoi(line_.substr(at_ + 1, 2), nullptr, 16));
-                at_ += 2;
-            } else {
-                text += line_[at_];
-            }
-        }
-        if (at_ >= line_.size()) Fail("unterminated text");
-        ++at_;
-        return text;
-    }
-
-    std::string HexBytes() {
-        std::string bytes;
-        while (!AtEnd()) {
-            const std::string pair = Word();
-            if (pair.size() != 2 || !std::isxdigit(static_cast<unsigned char>(pair[0])) ||
-                !std::isxdigit(static_cast<unsigned char>(pair[1])))
-                Fail("not a hex byte: " + pair);
-            bytes += static_cast<char>(std::stoi(pair, nullptr, 16));
-        }
-        return bytes;
-    }
-
-    [[noreturn]] void Fail(const std::string& message) const { throw std::runtime_error(where_ + ": " + message); }
-
-private:
-    void SkipBlanks() {
-        while (at_ < line_.size() && std::isspace(static_cast<unsigned char>(line_[at_]))) ++at_;
-    }
-
-    const std::string& line_;
-    const std::string& where_;
-    size_t at_ = 0;
-};
-
-void ReadExpected(LineScanner& scan, FramesRow& row) {
-    if (scan.Peek() == '"') {
-        row.textNotation = true;
-        row.expected = scan.QuotedText();
-    } else if (scan.Peek() == '-') {
-        scan.Word();
-    } else {
-        row.expected = scan.HexBytes();
-        if (row.expected.empty()) scan.Fail("no bytes after '='");
-    }
-    if (!scan.AtEnd()) scan.Fail("unexpected text after the bytes");
+[[noreturn]] void Fail(const std::string& where, const std::string& message) {
+    throw std::runtime_error(where + ": " + message);
 }
 
-FramesRow ReadRow(LineScanner& scan, const std::string& protocol, int section, const std::string& where) {
-    if (protocol.empty()) scan.Fail("row before the first [Protocol] section");
-    FramesRow row;
-    row.protocol = protocol;
-    row.section = section;
-    row.where = where;
-    row.operation = scan.Word();
-    while (!scan.AtEnd() && scan.Peek() != '=') {
-        FrameArg arg;
-        arg.isText = scan.Peek() == '"';
-        if (arg.isText)
-            arg.text = scan.QuotedText();
-        else
-            arg.number = scan.Number();
-        row.args.push_back(arg);
+std::string Unquote(const std::string& word, const std::string& where) {
+    if (word.size() < 2 || word.back() != '"') Fail(where, "unterminated text " + word);
+    std::string text;
+    for (size_t i = 1; i + 1 < word.size(); ++i) {
+        if (word[i] != '\\') {
+            text += word[i];
+        } else if (word[++i] == 'x') {
+            text += static_cast<char>(std::stoi(word.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+        } else {
+            text += word[i];
+        }
     }
-    if (scan.AtEnd()) scan.Fail("no '=' in the row");
-    scan.Word();
-    ReadExpected(scan, row);
-    return row;
+    return text;
+}
+
+long long Number(const std::string& word, const std::string& where) {
+    size_t used = 0;
+    try {
+        const long long value = std::stoll(word, &used, 0);
+        if (used == word.size()) return value;
+    } catch (const std::exception&) {
+    }
+    Fail(where, "not a number: " + word);
+}
+
+// The words after '=': hex pairs, one quoted text, or '-'.
+void ReadExpected(std::istringstream& words, FramesRow& row) {
+    std::string word;
+    while (words >> word) {
+        if (word == "-" && row.expected.empty() && !(words >> std::ws).good()) return;
+        if (word[0] == '"' && row.expected.empty()) {
+            row.textNotation = true;
+            row.expected = Unquote(word, row.where);
+            if ((words >> std::ws).good()) Fail(row.where, "unexpected text after the bytes");
+            return;
+        }
+        size_t used = 0;
+        const int byte = word.size() == 2 && std::isxdigit(word[0]) ? std::stoi(word, &used, 16) : -1;
+        if (used != 2) Fail(row.where, "not a hex byte: " + word);
+        row.expected += static_cast<char>(byte);
+    }
+    if (row.expected.empty()) Fail(row.where, "no bytes after '='");
 }
 
 }  // namespace
@@ -145,36 +82,42 @@ std::vector<FramesRow> ReadFramesFile(const std::string& path) {
     if (!in) throw std::runtime_error("cannot read " + path);
     const std::string name = path.substr(path.rfind('/') + 1);
     std::vector<FramesRow> rows;
-    std::string protocol;
+    std::string protocol, line;
     int section = 0;
-    std::string line;
     for (int number = 1; std::getline(in, line); ++number) {
         const std::string where = name + ":" + std::to_string(number);
-        LineScanner scan(line, where);
-        if (scan.AtEnd() || scan.Peek() == '#') continue;
-        if (scan.Peek() == '[') {
+        std::istringstream words(line);
+        FramesRow row{protocol, section, "", {}, "", false, where};
+        if (!(words >> row.operation) || row.operation[0] == '#') continue;
+        if (row.operation[0] == '[') {
             const size_t open = line.find('['), close = line.rfind(']');
-            if (close == std::string::npos || close < open) scan.Fail("unterminated section");
+            if (close == std::string::npos) Fail(where, "unterminated section");
             protocol = line.substr(open + 1, close - open - 1);
             ++section;
             continue;
         }
-        rows.push_back(ReadRow(scan, protocol, section, where));
+        if (protocol.empty()) Fail(where, "row before the first [Protocol] section");
+        std::string word;
+        while (words >> word && word != "=") {
+            FrameArg arg;
+            arg.isText = word[0] == '"';
+            if (arg.isText)
+                arg.text = Unquote(word, where);
+            else
+                arg.number = Number(word, where);
+            row.args.push_back(arg);
+        }
+        if (word != "=") Fail(where, "no '=' in the row");
+        ReadExpected(words, row);
+        rows.push_back(row);
     }
     return rows;
 }
 
 std::vector<std::string> FramesFilesIn(const std::string& directory) {
     std::vector<std::string> paths;
-    DIR* dir = opendir(directory.c_str());
-    if (dir == nullptr) throw std::runtime_error("cannot list " + directory);
-    const std::string suffix = ".frames";
-    while (const dirent* entry = readdir(dir)) {
-        const std::string name = entry->d_name;
-        if (name.size() > suffix.size() && name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0)
-            paths.push_back(directory + "/" + name);
-    }
-    closedir(dir);
+    for (const auto& entry : std::filesystem::directory_iterator(directory))
+        if (entry.path().extension() == ".frames") paths.push_back(entry.path().string());
     std::sort(paths.begin(), paths.end());
     return paths;
 }
