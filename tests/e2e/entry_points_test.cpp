@@ -57,30 +57,6 @@ TEST(EntryPoints, LoadWritesOnlyTheFiveRegistrationFields) {
     host.unload();
 }
 
-TEST(EntryPoints, OpenAnnouncesTheModuleFirst) {
-    ScopedWorkDir dir;
-    ModuleHost host;
-    host.Load();
-    host.open();
-    auto sent = host.Sent();
-    ASSERT_FALSE(sent.empty());
-    const SentMessage& first = sent.front();
-    EXPECT_EQ(first.payload,
-              "<?xml ?><Tarn Delta=\"0\"><Modules><Module Name=\"VORNA\" ID=\"1048576\" "
-              "Version=\"26.1.7.3\" /></Modules></Tarn>");
-    EXPECT_EQ(first.record.size, 224u);
-    EXPECT_EQ(first.record.version, 1u);
-    EXPECT_EQ(first.record.length, 105u);
-    EXPECT_EQ(first.record.reserved0, 0u);
-    EXPECT_EQ(first.record.stream, 0x100000u);
-    EXPECT_EQ(first.record.reserved1, 0u);
-    EXPECT_EQ(first.record.type, 0x100u);
-    EXPECT_EQ(first.record.flags, 0x2000010u);
-    EXPECT_TRUE(AllBytesAre(&first.record, 56, 224, 0));
-    host.close();
-    host.unload();
-}
-
 TEST(EntryPoints, CallsWithoutControllerAreHarmless) {
     ModuleHost host;
     EXPECT_EQ(host.unload(), 0);

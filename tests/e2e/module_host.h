@@ -48,7 +48,7 @@ public:
         std::lock_guard<std::mutex> guard(host->mutex_);
         SentMessage sent{*message, std::string(static_cast<const char*>(message->data), message->length)};
         host->sent_.push_back(sent);
-        return host->callbackResult;
+        return 0;
     }
 
     // Load with a registration record pre-filled with `sentinel`.
@@ -117,7 +117,6 @@ public:
     VornaCloseFn close;
     VornaUnloadFn unload;
     ModuleRegistration registration;
-    int callbackResult = 0;
     int workerResult = -1;
 
 private:

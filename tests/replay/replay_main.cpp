@@ -87,15 +87,17 @@ bool IsTextFrame(const std::string& bytes) {
     });
 }
 
-// Every record is checked against what its type requires; a record that
-// breaks the rule shows its header.
+// Every record is checked against what its type requires (reserved fields
+// zero); a record that breaks the rule shows its header.
 std::string Describe(const HostMessage& m, const std::string& payload) {
     const bool serial = m.type == VORNA_TYPE_SERIAL;
     const bool announcement = m.type == VORNA_TYPE_CONFIG && m.flags == VORNA_FLAGS_ANNOUNCEMENT;
     const uint64_t flags = serial ? VORNA_FLAGS_SERIAL : announcement ? VORNA_FLAGS_ANNOUNCEMENT : VORNA_FLAGS_NOTICE;
     std::string header;
-    if (m.size != sizeof(HostMessage) || m.version != 1 || m.flags != flags ||
-        (!serial && m.stream != VORNA_MODULE_ID))
+    const bool reservedClear = m.reserved0 == 0 && m.reserved1 == 0 &&
+                               std::all_of(std::begin(m.reserved2), std::end(m.reserved2), [](uint8_t b) { return b == 0; });
+    if (m.size != sizeof(HostMessage) || m.version != 1 || m.flags != flags || !reservedClear ||
+        m.length != payload.size() || (!serial && m.stream != VORNA_MODULE_ID))
         header = "record size " + std::to_string(m.size) + " version " + std::to_string(m.version) + " type " +
                  std::to_string(m.type) + " flags " + std::to_string(m.flags) + " stream " +
                  std::to_string(m.stream) + ": ";

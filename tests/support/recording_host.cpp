@@ -39,12 +39,6 @@ std::vector<std::string> RecordingHost::SerialPayloads() const {
     return payloads;
 }
 
-std::vector<std::string> RecordingHost::TimedSerial(int64_t origin) const {
-    std::vector<std::string> lines;
-    for (const auto& m : OfType(VORNA_TYPE_SERIAL)) lines.push_back(std::to_string(m.time - origin) + " " + m.payload);
-    return lines;
-}
-
 std::string Hex(const std::string& bytes) {
     std::string text;
     char pair[4];

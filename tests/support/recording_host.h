@@ -24,8 +24,6 @@ public:
     std::vector<RecordedMessage> OfType(uint64_t type) const;
     // Payloads of the serial messages, in order.
     std::vector<std::string> SerialPayloads() const;
-    // "time payload" of each serial message, time relative to `origin`.
-    std::vector<std::string> TimedSerial(int64_t origin) const;
 
     std::vector<RecordedMessage> sent;
     int result = 0;
