@@ -14,6 +14,7 @@
 #include <thread>
 #include <vector>
 
+#include "support/temp_dir.h"
 #include "vorna/host_abi.h"
 
 namespace vorna_test {
@@ -140,25 +141,16 @@ private:
 
 // Runs a test in a fresh temporary working directory (where "VORNA.xml" lives)
 // and goes back afterwards.
-class ScopedWorkDir {
+class ScopedWorkDir : public TempDir {
 public:
-    ScopedWorkDir() {
-        char pattern[] = "/tmp/vorna-test-XXXXXX";
-        path = mkdtemp(pattern);
-        char* previous = getcwd(nullptr, 0);
-        previous_ = previous;
-        std::free(previous);
-        if (chdir(path.c_str()) != 0) throw std::runtime_error("chdir");
-    }
+    ScopedWorkDir() : previous_(std::filesystem::current_path()) { std::filesystem::current_path(path); }
     ~ScopedWorkDir() {
-        if (chdir(previous_.c_str()) != 0) return;
-        std::string command = "rm -rf '" + path + "'";
-        if (std::system(command.c_str()) != 0) return;
+        std::error_code ignored;
+        std::filesystem::current_path(previous_, ignored);
     }
-    std::string path;
 
 private:
-    std::string previous_;
+    std::filesystem::path previous_;
 };
 
 }  // namespace vorna_test

@@ -63,10 +63,4 @@ inline void RunWorkerPasses(vorna::PtzController& controller, FakeClock& clock,
     }
 }
 
-// The reference for one camera alone.
-inline void StepEveryMillisecond(vorna::PtzCamera& camera, FakeClock& clock, int64_t until) {
-    for (; clock.now <= until; ++clock.now)
-        if (IntervalPassed(camera, clock.now)) vorna::CameraTick(camera, clock.now);
-}
-
 }  // namespace vorna_test
