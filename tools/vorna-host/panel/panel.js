@@ -8,6 +8,7 @@
 const token = new URLSearchParams(location.search).get('token') || '';
 const HOLD_EVERY_MS = 300;
 const KEPT_FRAMES = 100;
+const RECENT_FRAMES = 3;
 const $ = (id) => document.getElementById(id);
 
 let cameras = [];
@@ -284,6 +285,14 @@ function showFrame(frame) {
   const list = $('frames');
   list.insertBefore(item, list.firstChild);
   while (list.children.length > KEPT_FRAMES) list.removeChild(list.lastChild);
+
+  const line = document.createElement('li');
+  line.innerHTML = '<code></code><span></span>';
+  line.firstChild.textContent = frame.line;
+  line.lastChild.textContent = frame.meaning || frame.hex;
+  const recent = $('recent');
+  recent.insertBefore(line, recent.firstChild);
+  while (recent.children.length > RECENT_FRAMES) recent.removeChild(recent.lastChild);
 }
 
 function follow() {
