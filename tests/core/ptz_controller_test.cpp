@@ -2,25 +2,35 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "support/fake_protocol.h"
 
 using namespace vorna;
 
+// Keys repeat here as only a table filled by hand lets them: the first
+// camera with a key stays the one found whatever else goes.
 TEST(PtzController, FindCameraMatchesAllThreeKeysAndRemoves) {
     PtzController controller;
-    for (int input : {1, 2, 1}) {
+    std::vector<PtzCamera*> made;
+    for (int input : {1, 2, 1, 1}) {
         auto camera = std::make_unique<PtzCamera>();
         camera->devicesId = 7;
         camera->deviceNumber = 3;
         camera->inputNumber = input;
-        controller.cameras.Append(std::move(camera));
+        made.push_back(&controller.cameras.Append(std::move(camera)));
     }
-    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), &controller.cameras.front());
-    EXPECT_EQ(controller.FindCamera(7, 3, 2, false), std::next(controller.cameras.begin())->get());
+    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), made[0]);
+    EXPECT_EQ(controller.FindCamera(7, 3, 2, false), made[1]);
     EXPECT_EQ(controller.FindCamera(7, 4, 1, false), nullptr);
     EXPECT_EQ(controller.FindCamera(7, 3, 1, true), nullptr);
-    ASSERT_EQ(controller.cameras.size(), 2u);
-    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), &controller.cameras.back());
+    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), made[2]);
+    controller.cameras.Erase(std::prev(controller.cameras.end()));
+    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), made[2]);
+    controller.FindCamera(7, 3, 1, true);
+    EXPECT_EQ(controller.FindCamera(7, 3, 1, false), nullptr);
+    ASSERT_EQ(controller.cameras.size(), 1u);
+    EXPECT_EQ(&controller.cameras.front(), made[1]);
 }
 
 TEST(PtzController, StopAxesUnlinksCamerasFromTheDestroyedProtocols) {
