@@ -5,12 +5,14 @@
 #include <sys/time.h>
 #include <time.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <list>
+#include <vector>
 
 namespace vorna_test {
 
@@ -34,6 +36,7 @@ struct Sleeper {
     pthread_mutex_t* mutex;
     int64_t deadline;
     bool woken;
+    bool wakeAsked;  // by the controlling thread, taking effect when its command returns
 };
 
 pthread_mutex_t g_lock = PTHREAD_MUTEX_INITIALIZER;  // guards the list and the spin count
@@ -104,7 +107,7 @@ int VirtualWait(pthread_cond_t* cond, pthread_mutex_t* mutex, int64_t deadline) 
         }
         return ETIMEDOUT;
     }
-    Sleeper self{cond, mutex, deadline, false};
+    Sleeper self{cond, mutex, deadline, false, false};
     g_sleepers.push_back(&self);
     RealBroadcast(&g_changed);
     while (!self.woken) {
@@ -134,6 +137,36 @@ void MarkWoken(pthread_cond_t* cond) {
         if (sleeper->cond == cond) sleeper->woken = true;
     RealBroadcast(&g_changed);
     Unlock();
+}
+
+// A wake-up the controlling thread asks for (a command, a configuration
+// change) takes effect when its command has returned: what the command
+// itself sends comes first, as one step of the script. False when nobody
+// sleeps on `cond`.
+bool AskWake(pthread_cond_t* cond) {
+    bool asked = false;
+    Lock();
+    for (Sleeper* sleeper : g_sleepers)
+        if (sleeper->cond == cond) sleeper->wakeAsked = asked = true;
+    Unlock();
+    return asked;
+}
+
+// Wakes the sleepers whose wake-up was asked for; the caller may hold `held`.
+void WakeAsked(pthread_mutex_t* held = nullptr) {
+    std::vector<Sleeper> woken;
+    Lock();
+    for (Sleeper* sleeper : g_sleepers)
+        if (sleeper->wakeAsked && !sleeper->woken) {
+            sleeper->woken = true;
+            woken.push_back(*sleeper);
+        }
+    Unlock();
+    for (const Sleeper& sleeper : woken) {
+        if (sleeper.mutex != held) pthread_mutex_lock(sleeper.mutex);
+        RealBroadcast(sleeper.cond);
+        if (sleeper.mutex != held) pthread_mutex_unlock(sleeper.mutex);
+    }
 }
 
 // Under the lock: how many sleep and whether one was woken and still runs.
@@ -179,6 +212,14 @@ int ControlWait(pthread_cond_t* cond, pthread_mutex_t* mutex) {
         const int result = RealTimedWait(cond, mutex, &at);
         if (result != ETIMEDOUT) return result;
         Lock();
+        const bool asked = std::any_of(g_sleepers.begin(), g_sleepers.end(),
+                                       [](const Sleeper* s) { return s->wakeAsked && !s->woken; });
+        Unlock();
+        if (asked) {
+            WakeAsked(mutex);
+            continue;
+        }
+        Lock();
         Sleeper* next = IsQuiet(1) ? EarliestDueBy(kNever - 1) : nullptr;
         if (next == nullptr) {
             Unlock();
@@ -212,6 +253,7 @@ void StartFakeTime() {
 int64_t FakeNowNs() { return g_nowNs; }
 
 void WaitUntilQuiet(int workers) {
+    WakeAsked();
     Lock();
     while (!IsQuiet(workers)) RealWait(&g_changed, &g_lock);
     Unlock();
@@ -298,15 +340,13 @@ EXPORTED int pthread_cond_clockwait(pthread_cond_t* cond, pthread_mutex_t* mutex
 }
 
 EXPORTED int pthread_cond_broadcast(pthread_cond_t* cond) {
+    if (g_active && !IsVirtualThread() && AskWake(cond)) return 0;
     MarkWoken(cond);
     return RealBroadcast(cond);
 }
 
 // A signal wakes every waiter here: condition users must cope with spurious
 // wake-ups anyway, and a sleeper marked woken must really wake.
-EXPORTED int pthread_cond_signal(pthread_cond_t* cond) {
-    MarkWoken(cond);
-    return RealBroadcast(cond);
-}
+EXPORTED int pthread_cond_signal(pthread_cond_t* cond) { return pthread_cond_broadcast(cond); }
 
 }  // extern "C"
