@@ -194,9 +194,11 @@ int RunHost(const std::vector<std::string>& args) {
     console.reset();
     // The panel serves on after the console's input ends, until 'quit' or a
     // stop signal.
-    if (panel && !session.Quit())
+    if (panel && !session.Quit() && !stop.Raised()) {
+        router.Report("end of commands; the control panel serves on until Ctrl-C");
         while (stop.Sleep(kPanelWaitMs)) {
         }
+    }
     panel.reset();
     // What the operator asked for goes out first, then the stops, and only
     // then is the module closed.

@@ -45,7 +45,7 @@ async function act(action, body) {
   if (!camera) return null;
   try {
     const answer = await call('POST', cameraPath(action), body);
-    say(answer.note || '', !!answer.note);
+    if (action !== 'hold') say(answer.note || '', !!answer.note);
     return answer;
   } catch (error) {
     if (error.status === 409 && confirm(error.message.replace(/; not sent.*/, '') + '. Send it?'))
