@@ -2,7 +2,7 @@
 // tests start it.
 #pragma once
 
-#include <regex>
+#include <cstdlib>
 #include <string>
 
 #include "tools/host_process.h"
@@ -12,10 +12,10 @@ namespace vorna_test {
 // The port of the address the host printed ("control panel at
 // http://127.0.0.1:PORT/..."), or -1 when none came within a few seconds.
 inline int WaitForPanelPort(HostProcess& host) {
-    const std::regex printed(R"(control panel at http://127\.0\.0\.1:(\d+)/[^\n]*\n)");
-    std::smatch found;
-    if (!host.WaitUntil([&] { return std::regex_search(host.err, found, printed); }, 5000)) return -1;
-    return std::stoi(found[1]);
+    const std::string printed = "control panel at http://127.0.0.1:";
+    if (!host.WaitUntil([&] { return host.err.find('\n', host.err.find(printed)) != std::string::npos; }, 5000))
+        return -1;
+    return std::atoi(host.err.c_str() + host.err.find(printed) + printed.size());
 }
 
 }  // namespace vorna_test
