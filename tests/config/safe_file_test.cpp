@@ -189,6 +189,7 @@ TEST(SafeFile, AnyFailingCallLeavesTheFileAsItWas) {
                 const bool modeLost = outcome.call == Call::kStat || outcome.call == Call::kChangeMode;
                 EXPECT_EQ(saved, succeeds) << name;
                 EXPECT_EQ(document.ModuleErrorDesc(), message) << name;
+                EXPECT_EQ(document.ModuleErrorId(), succeeds ? 0 : 2) << name << ": the safe save's error id";
                 EXPECT_FALSE(document.Error()) << name << ": TinyXML's own flag is left alone";
                 EXPECT_EQ(dir.Read(file), succeeds ? text : kOld) << name;
                 EXPECT_EQ(dir.Read(file + ".pending"), renameFailed ? text : "(missing)") << name;

@@ -12,7 +12,10 @@
 // jumps straight to the earliest sleeper's deadline. Whether the worker sleeps
 // for a relative time or until an absolute deadline, on the realtime or the
 // monotonic clock, in a condition wait or a sleep, it wakes at exactly its
-// deadline: runs are deterministic and take no real time.
+// deadline. A wake-up that the controlling thread's own call asks for (an
+// event or a configuration change waking the worker) takes effect when that
+// call has returned, so its output and the worker's come in one order. Runs
+// are deterministic and take no real time.
 #pragma once
 
 #include <cstdint>
