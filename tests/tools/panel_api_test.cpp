@@ -91,6 +91,13 @@ TEST_F(PanelApiTest, RefusedCallsSayWhyAndChangeNothing) {
     EXPECT_EQ(savedTable, dir.Read("VORNA.xml"));
 }
 
+TEST_F(PanelApiTest, APortInUseEndsTheStartBeforeTheModuleOpens) {
+    const std::string address = "127.0.0.1:" + std::to_string(port);
+    HostProcess second({"--line", "COM1=Pelco-D", "--http", address}, dir.path);
+    EXPECT_EQ(1, second.Finish(5000));
+    EXPECT_EQ("vorna-host: --http: cannot listen on " + address + ": Address already in use\n", second.err);
+}
+
 TEST_F(PanelApiTest, CallsDriveTheCamerasAndTheLogFollows) {
     const httplib::Result page = httplib::Client("127.0.0.1", port).Get(std::string("/?token=") + kToken);
     ASSERT_TRUE(page);
@@ -112,9 +119,10 @@ TEST_F(PanelApiTest, CallsDriveTheCamerasAndTheLogFollows) {
     EXPECT_NE(std::string::npos, dir.Read("VORNA.xml").find("<Tour Position=\"2\" />"));
 
     std::string log;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
     client.Get("/api/frames", [&](const char* data, size_t length) {
         log.append(data, length);
-        return log.find("stop pan, tilt and zoom") == std::string::npos;
+        return log.find("stop pan, tilt and zoom") == std::string::npos && std::chrono::steady_clock::now() < deadline;
     });
     EXPECT_NE(std::string::npos, log.find("\"meaning\":\"address 1: pan left 32")) << log;
     EXPECT_NE(std::string::npos, client.Get("/api/lines")->body.find("{\"line\":\"COM1\""));

@@ -112,6 +112,12 @@ struct HttpPanel::Running {
 
 void HttpPanel::Running::Route() {
     server.new_task_queue = [] { return new httplib::ThreadPool(kServingThreads); };
+    // The library's default lets a second host bind the same port and take
+    // part of the phone's requests; a port already in use must fail the start.
+    server.set_socket_options([](int socket) {
+        const int yes = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    });
     server.set_payload_max_length(kLargestBody);
     server.set_keep_alive_timeout(1);
     server.set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {

@@ -165,9 +165,9 @@ int RunHost(const std::vector<std::string>& args) {
 
     LatestCameraTable cameras;
     router.ObserveConfiguration([&cameras](const std::string& notice) { cameras.TakeNotice(notice); });
-    MessageRouter::Install(&router);
-    module->Start(&MessageRouter::Callback);
-    if (!bindings.empty()) module->UpdateConfiguration(SerialPortDocument(bindings));
+    // The panel's port is taken before the module starts, so a port in use
+    // ends the start before anything reaches the module; until the module's
+    // first notice its table is empty and every camera call is refused.
     MotionWatchdog panelMotion;
     PanelApi panelApi(*module, cameras, [&router] { return router.Counters(); }, panelMotion);
     std::unique_ptr<HttpPanel> panel;
@@ -177,12 +177,14 @@ int RunHost(const std::vector<std::string>& args) {
         panel = HttpPanel::Start(panelSettings, panelApi, frameLog, [&router](const std::string& text) {
             router.Report(text);
         }, error);
-        if (!panel) {
-            module->Stop();
-            return Fail(kStartError, "--http: " + error);
-        }
-        for (const std::string& address : panel->Addresses()) router.Report("control panel at " + address);
+        if (!panel) return Fail(kStartError, "--http: " + error);
     }
+    MessageRouter::Install(&router);
+    module->Start(&MessageRouter::Callback);
+    if (!bindings.empty()) module->UpdateConfiguration(SerialPortDocument(bindings));
+    // Printed once the module holds its cameras with their lines bound.
+    if (panel)
+        for (const std::string& address : panel->Addresses()) router.Report("control panel at " + address);
     LineReader reader(input, stop);
     const bool interactive = options.scriptPath.empty() && isatty(input);
     std::unique_ptr<Console> console(interactive ? new Console("vorna> ", stop) : nullptr);
