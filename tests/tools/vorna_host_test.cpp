@@ -392,9 +392,16 @@ TEST(VornaHost, ConsoleOnATerminalPromptsAndRecallsHistory) {
         return Count(seen, wanted) >= count;
     };
     EXPECT_TRUE(readUntil("vorna> ", 1)) << seen;
-    // The last line recalled, its number rubbed out and another typed.
-    const std::string typed = "camera 1 1 1\rpreset goto 3\r\x1b[A\x7f" "4\r";
-    ASSERT_EQ(static_cast<ssize_t>(typed.size()), write(terminal, typed.data(), typed.size()));
+    // Each line typed at its prompt: keys typed ahead of the editor would
+    // reach the terminal before it leaves line mode. The last line is
+    // recalled, its number rubbed out and another typed.
+    const std::vector<std::string> lines = {"camera 1 1 1\r", "preset goto 3\r", "\x1b[A\x7f" "4\r"};
+    for (size_t line = 0; line < lines.size(); ++line) {
+        ASSERT_EQ(static_cast<ssize_t>(lines[line].size()), write(terminal, lines[line].data(), lines[line].size()));
+        if (line + 1 < lines.size()) {
+            EXPECT_TRUE(readUntil("vorna> ", line + 2)) << seen;
+        }
+    }
     EXPECT_TRUE(readUntil("COM1  FF 01 00 07 00 03 0B", 1)) << seen;
     EXPECT_TRUE(readUntil("COM1  FF 01 00 07 00 04 0C", 1)) << seen;
     ASSERT_EQ(1, write(terminal, "\x04", 1));
