@@ -1,21 +1,11 @@
 #include "monitor_print.h"
 
+#include "frame_log.h"
 #include "printed_line.h"
 
 namespace vorna_host {
 
 namespace {
-
-std::string Hex(const std::string& bytes) {
-    static const char kDigits[] = "0123456789ABCDEF";
-    std::string hex;
-    for (unsigned char byte : bytes) {
-        if (!hex.empty()) hex += ' ';
-        hex += kDigits[byte >> 4];
-        hex += kDigits[byte & 0xF];
-    }
-    return hex;
-}
 
 std::string Frames(long long count) { return std::to_string(count) + (count == 1 ? " frame" : " frames"); }
 
@@ -30,7 +20,8 @@ std::string Address(int address, int keyboard) {
 std::string FrameAddress(const vorna::DecodedFrame& frame) { return Address(frame.address, frame.keyboard); }
 
 std::string FormatMonitorFrame(long long milliseconds, const vorna::DecodedFrame& frame) {
-    std::string line = TimeColumn(milliseconds) + Hex(frame.bytes) + "  " + frame.protocol + "  ";
+    std::string line = TimeColumn(milliseconds) +
+                       HexBytes(reinterpret_cast<const uint8_t*>(frame.bytes.data()), frame.bytes.size()) + "  " + frame.protocol + "  ";
     if (frame.kind == vorna::FrameKind::kUnknown) return line + "bad frame: " + frame.error + "\n";
     return line + FrameAddress(frame) + "  " + frame.meaning + "\n";
 }

@@ -1,5 +1,7 @@
 #include "printed_line.h"
 
+#include "frame_log.h"
+
 #include <cerrno>
 #include <cstring>
 
@@ -21,12 +23,7 @@ std::string TimeColumn(long long milliseconds) {
 std::string FormatFrame(long long milliseconds, const std::string& lineName, const uint8_t* bytes, size_t length,
                         bool textFrames) {
     std::string printed = TimeColumn(milliseconds) + lineName + " ";
-    static const char kDigits[] = "0123456789ABCDEF";
-    for (size_t i = 0; i < length; ++i) {
-        printed += ' ';
-        printed += kDigits[bytes[i] >> 4];
-        printed += kDigits[bytes[i] & 0xF];
-    }
+    if (length > 0) printed += " " + HexBytes(bytes, length);
     if (textFrames) {
         printed += "  |";
         for (size_t i = 0; i < length; ++i) {
