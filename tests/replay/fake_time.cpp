@@ -2,7 +2,6 @@
 
 #include <dlfcn.h>
 #include <pthread.h>
-#include <sys/time.h>
 #include <time.h>
 
 #include <algorithm>
@@ -43,9 +42,6 @@ pthread_mutex_t g_lock = PTHREAD_MUTEX_INITIALIZER;  // guards the list and the 
 pthread_cond_t g_changed = PTHREAD_COND_INITIALIZER;
 std::list<Sleeper*> g_sleepers;
 long g_spins = 0;
-// Plain sleeps of other threads wait here.
-pthread_mutex_t g_sleepMutex = PTHREAD_MUTEX_INITIALIZER;
-pthread_cond_t g_sleepCond = PTHREAD_COND_INITIALIZER;
 
 // The C library's own functions, behind this file's exported ones. The
 // condition calls exist in two versions on some machines; the current one is
@@ -120,13 +116,6 @@ int VirtualWait(pthread_cond_t* cond, pthread_mutex_t* mutex, int64_t deadline) 
     RealBroadcast(&g_changed);
     Unlock();
     return timedOut ? ETIMEDOUT : 0;
-}
-
-void VirtualSleepUntil(int64_t deadline) {
-    pthread_mutex_lock(&g_sleepMutex);
-    while (VirtualWait(&g_sleepCond, &g_sleepMutex, deadline) == 0) {
-    }
-    pthread_mutex_unlock(&g_sleepMutex);
 }
 
 // Everyone waiting on `cond` counts as woken from now on.
@@ -236,12 +225,6 @@ int ControlWait(pthread_cond_t* cond, pthread_mutex_t* mutex) {
     }
 }
 
-// glibc keeps the clock of a condition made with pthread_condattr_setclock in
-// bit 1 of its wait-reference word.
-clockid_t ClockOf(const pthread_cond_t* cond) {
-    return (cond->__data.__wrefs & 2) != 0 ? CLOCK_MONOTONIC : CLOCK_REALTIME;
-}
-
 }  // namespace
 
 void StartFakeTime() {
@@ -300,37 +283,9 @@ EXPORTED int clock_gettime(clockid_t clock, timespec* ts) {
     return 0;
 }
 
-EXPORTED int gettimeofday(timeval* tv, void* zone) {
-    REAL(gettimeofday, "GLIBC_2.2.5");
-    if (!g_active) return real(tv, zone);
-    const int64_t ns = kRealtimeBaseNs + g_nowNs;
-    tv->tv_sec = ns / kNsPerSecond;
-    tv->tv_usec = (ns % kNsPerSecond) / 1000;
-    return 0;
-}
-
-EXPORTED int nanosleep(const timespec* request, timespec* remaining) {
-    REAL(nanosleep, "GLIBC_2.2.5");
-    if (!IsVirtualThread()) return real(request, remaining);
-    VirtualSleepUntil(g_nowNs + Ns(*request));
-    return 0;
-}
-
-EXPORTED int clock_nanosleep(clockid_t clock, int flags, const timespec* request, timespec* remaining) {
-    REAL(clock_nanosleep, "GLIBC_2.17");
-    if (!IsVirtualThread() || !IsVirtualClock(clock)) return real(clock, flags, request, remaining);
-    VirtualSleepUntil((flags & TIMER_ABSTIME) != 0 ? Ns(*request) - BaseOf(clock) : g_nowNs + Ns(*request));
-    return 0;
-}
-
 EXPORTED int pthread_cond_wait(pthread_cond_t* cond, pthread_mutex_t* mutex) {
     if (!g_active) return RealWait(cond, mutex);
     return IsVirtualThread() ? VirtualWait(cond, mutex, kNever) : ControlWait(cond, mutex);
-}
-
-EXPORTED int pthread_cond_timedwait(pthread_cond_t* cond, pthread_mutex_t* mutex, const timespec* at) {
-    if (!IsVirtualThread()) return RealTimedWait(cond, mutex, at);
-    return VirtualWait(cond, mutex, Ns(*at) - BaseOf(ClockOf(cond)));
 }
 
 EXPORTED int pthread_cond_clockwait(pthread_cond_t* cond, pthread_mutex_t* mutex, clockid_t clock, const timespec* at) {
@@ -344,9 +299,5 @@ EXPORTED int pthread_cond_broadcast(pthread_cond_t* cond) {
     MarkWoken(cond);
     return RealBroadcast(cond);
 }
-
-// A signal wakes every waiter here: condition users must cope with spurious
-// wake-ups anyway, and a sleeper marked woken must really wake.
-EXPORTED int pthread_cond_signal(pthread_cond_t* cond) { return pthread_cond_broadcast(cond); }
 
 }  // extern "C"

@@ -1,18 +1,15 @@
 // Virtual time for an unmodified libvorna.so running in this process.
 //
-// The replay runner exports its own clock_gettime, gettimeofday, nanosleep,
-// clock_nanosleep and the condition-variable calls (pthread_cond_wait,
-// pthread_cond_timedwait, pthread_cond_clockwait, pthread_cond_signal,
+// The replay runner exports its own clock_gettime and the condition-variable
+// calls the module makes (pthread_cond_wait, pthread_cond_clockwait,
 // pthread_cond_broadcast). The dynamic linker binds the module's (and the C++
 // library's) calls to these before the C library's, so the module reads the
-// virtual clock and every timed wait or sleep of another thread (the worker)
-// becomes "asleep until virtual time T". Time stands still while anything
-// runs; it moves only when the script waits (AdvanceBy) or the controlling
-// thread blocks in a wait of its own (Close waiting for the worker), and then
-// jumps straight to the earliest sleeper's deadline. Whether the worker sleeps
-// for a relative time or until an absolute deadline, on the realtime or the
-// monotonic clock, in a condition wait or a sleep, it wakes at exactly its
-// deadline. A wake-up that the controlling thread's own call asks for (an
+// virtual clock and every timed wait of another thread (the worker) becomes
+// "asleep until virtual time T". Time stands still while anything runs; it
+// moves only when the script waits (AdvanceBy) or the controlling thread
+// blocks in a wait of its own (Close waiting for the worker), and then jumps
+// straight to the earliest sleeper's deadline, so the worker wakes at exactly
+// its deadline. A wake-up that the controlling thread's own call asks for (an
 // event or a configuration change waking the worker) takes effect when that
 // call has returned, so its output and the worker's come in one order. Runs
 // are deterministic and take no real time.
