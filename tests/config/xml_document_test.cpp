@@ -64,6 +64,7 @@ TEST(XmlDocument, DepthLimit) {
         {"legacy text keeps that '<'", Nested(100, "\xC3<b/>"), 17},
         {"hex entity swallows markup up to its ';'", Nested(100, "&#x<b>x1;"), 0},
         {"blanks before the ends of tags", Repeat("<a >", 100) + "<b />" + Repeat("</a>", 100), 17},
+        {"blanks before the ends of tags, at the limit", Repeat("<a >", 99) + "<b />" + Repeat("</a>", 99), 0},
         {"U+FFFE and U+FFFF are blanks in UTF-8 tags", "\xEF\xBB\xBF" + Repeat("<a \xEF\xBF\xBE>", 101), 17},
     };
     for (const auto& [name, text, errorId] : rows) {
