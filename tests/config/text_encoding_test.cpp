@@ -29,4 +29,6 @@ TEST(TextEncoding, WellFormedUtf8StaysAndAnythingElseIsReadAsLatin1) {
         EXPECT_EQ(AsUtf8(row.text), row.stored) << row.text;
         EXPECT_TRUE(IsUtf8(AsUtf8(row.text))) << row.text;
     }
+    // The end of the text counts, not the bytes that happen to lie beyond it.
+    EXPECT_FALSE(IsUtf8(std::string_view("\xC3\xA9", 1)));
 }
