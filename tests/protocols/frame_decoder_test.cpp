@@ -236,6 +236,15 @@ TEST(FrameDecoder, StreamsResynchroniseAfterGarbageAndKeepSplitFrames) {
           "AD12;GC7:9028870\x03\x02"
           "AD"},
          {"1 Move 0 0 0", "12 Move -29 0 0", "!truncated 02 41 44"}},
+        {"Panasonic",
+         {"\x02"
+          "AD01;GC7:0021002\x03\x02"
+          "AD01;GC7:9034004\x03"},
+         {"1 Iris 1", "1 Focus -1"}},
+        {"GE-ASCII", {"00l005~00p005~"}, {"5 StopAxes -1 0 0 0 0", "5 StopAxes 0 0 0 1 0"}},
+        // A speed with a direction no camera knows reads back as the raw command it
+        // is (C0 86 20 00).
+        {"AD-RS422", {FromHex("01 C0 86 20 99")}, {"1 RawCommand -1064951808"}},
         {"AD-M3200 Multi",
          {"xx1Ma5#a5R", "a2Mb7#b1Ub2Da"},
          {"!bad framing 78 78", "5 Select 1", "5 Move 40 0 0", "7 Select 2", "7 Move 0 8 0", "5 Move 0 -16 0"}},
