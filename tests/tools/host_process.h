@@ -4,38 +4,50 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <pty.h>
 #include <signal.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace vorna_test {
 
+// How long a test waits for the host before it gives up: a hung host fails
+// the test, and a loaded machine does not.
+constexpr int kPatienceMs = 30000;
+
 class HostProcess {
 public:
-    // Starts `vorna-host --module <built module> args...` in `workDir`.
-    HostProcess(const std::vector<std::string>& args, const std::string& workDir) {
+    // Starts `vorna-host --module <built module> args...` in `workDir`, with
+    // its input and output on pipes, or on a terminal (`out` then holds both
+    // of its outputs).
+    HostProcess(const std::vector<std::string>& args, const std::string& workDir, bool onATerminal = false) {
         OpenStandardDescriptors();
+        std::vector<std::string> argv = {VORNA_HOST_PATH, "--module", VORNA_LIBRARY_PATH};
+        argv.insert(argv.end(), args.begin(), args.end());
+        if (onATerminal) {
+            pid_ = forkpty(&output_, nullptr, nullptr, nullptr);
+            if (pid_ == 0) Exec(argv, workDir);
+            input_ = dup(output_);
+            return;
+        }
         int input[2], output[2], errors[2];
         if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0 || pipe2(errors, O_CLOEXEC) != 0)
             throw std::runtime_error("pipe2");
-        std::vector<std::string> argv = {VORNA_HOST_PATH, "--module", VORNA_LIBRARY_PATH};
-        argv.insert(argv.end(), args.begin(), args.end());
-        std::vector<char*> pointers;
-        for (std::string& arg : argv) pointers.push_back(&arg[0]);
-        pointers.push_back(nullptr);
         pid_ = fork();
         if (pid_ == 0) {
             dup2(input[0], STDIN_FILENO);
             dup2(output[1], STDOUT_FILENO);
             dup2(errors[1], STDERR_FILENO);
-            if (chdir(workDir.c_str()) == 0) execv(pointers[0], pointers.data());
-            _exit(127);
+            Exec(argv, workDir);
         }
         close(input[0]);
         close(output[1]);
@@ -68,7 +80,7 @@ public:
     void Signal(int number) { kill(pid_, number); }
 
     // Reads until `done()` holds; false after `timeoutMs`.
-    bool WaitUntil(const std::function<bool()>& done, int timeoutMs) {
+    bool WaitUntil(const std::function<bool()>& done, int timeoutMs = kPatienceMs) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
         while (!done()) {
             if (!ReadSome(deadline)) return false;
@@ -76,11 +88,24 @@ public:
         return true;
     }
 
+    // On a terminal: waits until the host has put it in raw mode, as a line
+    // editor does only once it waits for a key (keys that came sooner would
+    // meet the terminal's own line editing); false after the test's patience.
+    bool WaitForRawTerminal() {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatienceMs);
+        termios mode{};
+        while (tcgetattr(output_, &mode) == 0 && (mode.c_lflag & ICANON) != 0) {
+            if (std::chrono::steady_clock::now() >= deadline) return false;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return true;
+    }
+
     // Waits for the host to exit and returns its exit status (-1 when it had
-    // to be killed after `timeoutMs`, or died of a signal).
-    int Finish(int timeoutMs) {
+    // to be killed, or died of a signal).
+    int Finish() {
         CloseInput();
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatienceMs);
         while (ReadSome(deadline)) {
         }
         int status = 0;
@@ -94,6 +119,14 @@ public:
     std::string err;
 
 private:
+    static void Exec(std::vector<std::string>& argv, const std::string& workDir) {
+        std::vector<char*> pointers;
+        for (std::string& arg : argv) pointers.push_back(&arg[0]);
+        pointers.push_back(nullptr);
+        if (chdir(workDir.c_str()) == 0) execv(pointers[0], pointers.data());
+        _exit(127);
+    }
+
     // A test run without standard input (or output) would get the pipes on
     // descriptors 0 to 2, where the child's dup2 does nothing and the
     // close-on-exec flag stays set; /dev/null keeps the low descriptors taken.
@@ -103,8 +136,8 @@ private:
                 throw std::runtime_error("standard descriptors");
     }
 
-    // One read from each pipe that has data; false at the deadline or when
-    // both pipes are closed.
+    // One read from each output that has data; false at the deadline or when
+    // both are closed.
     bool ReadSome(std::chrono::steady_clock::time_point deadline) {
         if (output_ < 0 && errors_ < 0) return false;
         const auto left =
@@ -134,5 +167,13 @@ private:
     int output_ = -1;
     int errors_ = -1;
 };
+
+// The port of the control panel's address the host printed ("control panel at
+// http://127.0.0.1:PORT/..."), or -1 when none came.
+inline int WaitForPanelPort(HostProcess& host) {
+    const std::string printed = "control panel at http://127.0.0.1:";
+    if (!host.WaitUntil([&] { return host.err.find('\n', host.err.find(printed)) != std::string::npos; })) return -1;
+    return std::atoi(host.err.c_str() + host.err.find(printed) + printed.size());
+}
 
 }  // namespace vorna_test

@@ -1,5 +1,6 @@
 // The bus monitor: identification from traffic at the wrong and the right
-// baud rate, and vorna-host monitor watching the line of another vorna-host.
+// baud rate, and vorna-host monitor watching a line.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <termios.h>
@@ -14,6 +15,7 @@
 
 using namespace vorna_host;
 using namespace vorna_test;
+using testing::HasSubstr;
 
 namespace {
 
@@ -29,12 +31,6 @@ std::string OneSecondOf(const std::string& framesFile, int baud) {
     while (traffic.size() < static_cast<size_t>(baud / 10)) traffic += frames;
     return traffic;
 }
-
-// Addresses 1 and 2 on COM1.
-const char* const kTwoCameras =
-    "<Tarn Delta=\"1\"><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"1\">"
-    "<Input Number=\"1\" SerialPort=\"COM1\" Address=\"1\" /><Input Number=\"2\" SerialPort=\"COM1\" Address=\"2\" />"
-    "</Device></Devices></PTZ></Tarn>";
 
 }  // namespace
 
@@ -66,20 +62,17 @@ TEST(Monitor, IdentifiesFamilyAndBaudFromReframedTraffic) {
 
 // A pseudo-terminal carries bytes at any rate: the monitor names the family
 // and the addresses, and writes nothing to the line.
-TEST(Monitor, NamesProtocolAndAddressesOnTheLineOfAnotherHost) {
-    TempDir dir;
-    dir.Write("VORNA.xml", kTwoCameras);
-    PseudoTerminal sent, watched;
-    HostProcess sender({"--line", "COM1=Pelco-D@" + sent.slavePath + ":9600"}, dir.path);
-    sender.Type("camera 1 1 1\nright\nstop\ncamera 1 1 2\npreset goto 5\nquit\n");
-    ASSERT_EQ(0, sender.Finish(3000)) << sender.err;
-    const std::string frames = sent.Rest();
-
+TEST(Monitor, NamesProtocolAndAddressesOnAWatchedLine) {
+    // Address 1 pans right and stops, address 2 goes to preset 5.
+    const std::string frames("\xFF\x01\x00\x02\x1F\x00\x22\xFF\x01\x00\x00\x00\x00\x01"
+                             "\xFF\x02\x00\x07\x00\x05\x0E", 21);
+    PseudoTerminal watched;
     // No echo from the terminal itself: whatever comes back was written.
     termios raw;
     tcgetattr(watched.slave, &raw);
     cfmakeraw(&raw);
     tcsetattr(watched.slave, TCSANOW, &raw);
+    TempDir dir;
     HostProcess monitor({"monitor", watched.slavePath}, dir.path);
     const auto sawPreset = [&] { return monitor.out.find("address 2  go to preset 5") != std::string::npos; };
     for (int round = 0; round < 400 && !sawPreset(); ++round) {
@@ -87,11 +80,11 @@ TEST(Monitor, NamesProtocolAndAddressesOnTheLineOfAnotherHost) {
         monitor.WaitUntil(sawPreset, 20);
     }
     monitor.Signal(SIGINT);
-    ASSERT_EQ(0, monitor.Finish(3000)) << monitor.err;
-    EXPECT_NE(std::string::npos, monitor.out.find("identified Pelco-D (or HSD-Pelco-D) at ")) << monitor.out;
-    EXPECT_NE(std::string::npos, monitor.out.find("FF 01 00 02 1F 00 22  Pelco-D  address 1  pan right 32"));
+    ASSERT_EQ(0, monitor.Finish()) << monitor.err;
+    EXPECT_THAT(monitor.out, HasSubstr("identified Pelco-D (or HSD-Pelco-D) at "));
+    EXPECT_THAT(monitor.out, HasSubstr("FF 01 00 02 1F 00 22  Pelco-D  address 1  pan right 32"));
     const std::string table = monitor.out.substr(monitor.out.rfind("addresses seen:"));
-    EXPECT_NE(std::string::npos, table.find("\n  address 1: ")) << table;
-    EXPECT_NE(std::string::npos, table.find("\n  address 2: ")) << table;
+    EXPECT_THAT(table, HasSubstr("\n  address 1: "));
+    EXPECT_THAT(table, HasSubstr("\n  address 2: "));
     EXPECT_EQ("", watched.Rest()) << "the monitor wrote to the line";
 }

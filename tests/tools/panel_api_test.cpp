@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "support/temp_dir.h"
-#include "tools/panel_host.h"
+#include "tools/host_process.h"
 
 using namespace vorna_test;
 
@@ -86,7 +86,7 @@ TEST_F(PanelApiTest, RefusedCallsSayWhyAndChangeNothing) {
     EXPECT_EQ(403, client.Get("/?token=s3cret-tokem", {{"Authorization", ""}})->status);
 
     host.Signal(SIGTERM);
-    EXPECT_EQ(0, host.Finish(5000)) << host.err;
+    EXPECT_EQ(0, host.Finish()) << host.err;
     EXPECT_EQ(std::string::npos, host.out.find("COM")) << host.out;
     EXPECT_EQ(savedTable, dir.Read("VORNA.xml"));
 }
@@ -94,7 +94,7 @@ TEST_F(PanelApiTest, RefusedCallsSayWhyAndChangeNothing) {
 TEST_F(PanelApiTest, APortInUseEndsTheStartBeforeTheModuleOpens) {
     const std::string address = "127.0.0.1:" + std::to_string(port);
     HostProcess second({"--line", "COM1=Pelco-D", "--http", address}, dir.path);
-    EXPECT_EQ(1, second.Finish(5000));
+    EXPECT_EQ(1, second.Finish());
     EXPECT_EQ("vorna-host: --http: cannot listen on " + address + ": Address already in use\n", second.err);
 }
 

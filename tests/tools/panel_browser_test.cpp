@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "support/temp_dir.h"
-#include "tools/panel_host.h"
+#include "tools/host_process.h"
 #include "tools/webdriver.h"
 
 using namespace vorna_test;
@@ -37,7 +37,7 @@ bool Eventually(Condition done, int timeoutMs) {
 // Waits until `text` shows in what the host printed after `from`; its
 // position, or npos.
 size_t WaitForFrame(HostProcess& host, const std::string& text, size_t from) {
-    host.WaitUntil([&] { return host.out.find(text, from) != std::string::npos; }, 5000);
+    host.WaitUntil([&] { return host.out.find(text, from) != std::string::npos; });
     return host.out.find(text, from);
 }
 
@@ -88,11 +88,11 @@ TEST(PanelInBrowser, PadMovesWhileHeldPresetGoesOutAndALostPageStopsTheCamera) {
     const size_t panRight = WaitForFrame(host, "address 1: pan right 32, tilt still, zoom still", preset);
     ASSERT_NE(std::string::npos, panRight) << host.out;
     browser.Kill();
-    EXPECT_TRUE(host.WaitUntil([&] { return host.err.find(kWatchdogStop) != std::string::npos; }, 3000)) << host.err;
+    EXPECT_TRUE(host.WaitUntil([&] { return host.err.find(kWatchdogStop) != std::string::npos; })) << host.err;
     EXPECT_NE(std::string::npos, WaitForFrame(host, kStop, panRight)) << host.out;
 
     host.Signal(SIGTERM);
-    EXPECT_EQ(0, host.Finish(5000)) << host.err;
+    EXPECT_EQ(0, host.Finish()) << host.err;
 }
 
 }  // namespace

@@ -7,40 +7,47 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <stdexcept>
 #include <string>
 
+#include "frame_log.h"
+#include "tools/host_process.h"
+
 namespace vorna_test {
+
+inline std::string Hex(const std::string& bytes) {
+    return vorna_host::HexBytes(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
+}
 
 class PseudoTerminal {
 public:
+    // Neither end is inherited by a host: it opens the line by its path.
     PseudoTerminal() {
-        master = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
+        master = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
         if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0) throw std::runtime_error("posix_openpt");
         slavePath = ptsname(master);
         // Held open so that the line keeps its settings after the host exits.
-        slave = open(slavePath.c_str(), O_RDWR | O_NOCTTY);
+        slave = open(slavePath.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
     }
     ~PseudoTerminal() {
         close(slave);
         close(master);
     }
 
-    // Everything the host wrote, once `expected` bytes arrived or a second
-    // passed.
-    std::string Received(size_t expected) {
+    // In hex, what the host wrote since the last read, once that holds
+    // `frame` (or the test's patience ran out).
+    std::string HexUntil(const std::string& frame) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatienceMs);
         std::string bytes;
-        for (int attempt = 0; attempt < 100 && bytes.size() < expected; ++attempt) {
+        while (Hex(bytes).find(frame) == std::string::npos && std::chrono::steady_clock::now() < deadline) {
             pollfd entry{master, POLLIN, 0};
-            if (poll(&entry, 1, 10) <= 0) continue;
-            char chunk[256];
-            const ssize_t count = read(master, chunk, sizeof chunk);
-            if (count > 0) bytes.append(chunk, static_cast<size_t>(count));
+            if (poll(&entry, 1, 10) > 0) bytes += Rest();
         }
-        return bytes;
+        return Hex(bytes);
     }
 
-    // Everything the host wrote that was not read yet, once it has ended.
+    // Everything the host wrote that was not read yet.
     std::string Rest() {
         std::string bytes;
         char chunk[256];
