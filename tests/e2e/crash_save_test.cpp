@@ -4,8 +4,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <set>
 #include <thread>
@@ -33,13 +31,6 @@ std::string Table(int k) {
     return text + "</Device></Devices></PTZ></Tarn>";
 }
 
-std::string ReadFile(const char* name) {
-    std::ifstream in(name, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-bool Exists(const char* name) { return access(name, F_OK) == 0; }
-
 // Starts the module in the working directory and saves the tables in turn,
 // every update a change, until killed.
 pid_t StartSavingChild(ModuleHost& host) {
@@ -62,7 +53,7 @@ TEST(CrashSave, KilledAnywhereInASaveTheFileIsOneOfTheTablesAndLoads) {
     host.open();
     for (int k = 0; k < kTables; ++k) {
         host.Ioctl(VORNA_IOCTL_UPDATE_CONFIG, Table(k));
-        files.insert(ReadFile("VORNA.xml"));
+        files.insert(dir.Read("VORNA.xml"));
     }
     host.close();
     host.unload();
@@ -80,14 +71,14 @@ TEST(CrashSave, KilledAnywhereInASaveTheFileIsOneOfTheTablesAndLoads) {
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
         ASSERT_TRUE(WIFSIGNALED(status)) << "kill " << kills;
-        ASSERT_EQ(files.count(ReadFile("VORNA.xml")), 1u) << "kill " << kills;
+        ASSERT_EQ(files.count(dir.Read("VORNA.xml")), 1u) << "kill " << kills;
 
         host.Load();
         host.open();
         host.close();
         host.unload();
-        ASSERT_FALSE(Exists("VORNA.xml.bad")) << "kill " << kills;
-        ASSERT_EQ(files.count(ReadFile("VORNA.xml")), 1u) << "kill " << kills;
+        ASSERT_FALSE(dir.Exists("VORNA.xml.bad")) << "kill " << kills;
+        ASSERT_EQ(files.count(dir.Read("VORNA.xml")), 1u) << "kill " << kills;
     }
     EXPECT_GE(kills, 100);
 }

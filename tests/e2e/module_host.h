@@ -11,7 +11,6 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "support/temp_dir.h"
@@ -39,7 +38,6 @@ public:
     }
 
     ~ModuleHost() {
-        StopWorker();
         Instance() = nullptr;
         dlclose(handle_);
     }
@@ -47,14 +45,13 @@ public:
     static int Callback(HostMessage* message, int) {
         ModuleHost* host = Instance();
         std::lock_guard<std::mutex> guard(host->mutex_);
-        SentMessage sent{*message, std::string(static_cast<const char*>(message->data), message->length)};
-        host->sent_.push_back(sent);
+        host->sent_.push_back({*message, std::string(static_cast<const char*>(message->data), message->length)});
         return 0;
     }
 
-    // Load with a registration record pre-filled with `sentinel`.
-    void Load(uint8_t sentinel = 0xAB) {
-        std::memset(&registration, sentinel, sizeof registration);
+    // Load with a registration record pre-filled with 0xAB.
+    void Load() {
+        std::memset(&registration, 0xAB, sizeof registration);
         HostInterface host{};
         host.opaque0 = 0x1111;
         host.opaque1 = 0x2222;
@@ -83,32 +80,9 @@ public:
         return ioctl(&request);
     }
 
-    void StartWorker() {
-        worker_ = std::thread([this] { workerResult = Ioctl(VORNA_IOCTL_RUN_WORKER); });
-    }
-
-    // Close, then wait for the worker's IOCTL call to return.
-    void StopWorker() {
-        if (!worker_.joinable()) return;
-        close();
-        worker_.join();
-    }
-
     std::vector<SentMessage> Sent() {
         std::lock_guard<std::mutex> guard(mutex_);
         return sent_;
-    }
-
-    std::vector<SentMessage> SentOfType(uint64_t type) {
-        std::vector<SentMessage> found;
-        for (auto& m : Sent())
-            if (m.record.type == type) found.push_back(m);
-        return found;
-    }
-
-    void ClearSent() {
-        std::lock_guard<std::mutex> guard(mutex_);
-        sent_.clear();
     }
 
     VornaLoadFn load;
@@ -118,7 +92,6 @@ public:
     VornaCloseFn close;
     VornaUnloadFn unload;
     ModuleRegistration registration;
-    int workerResult = -1;
 
 private:
     template <typename Fn>
@@ -136,7 +109,6 @@ private:
     void* handle_ = nullptr;
     std::mutex mutex_;
     std::vector<SentMessage> sent_;
-    std::thread worker_;
 };
 
 // Runs a test in a fresh temporary working directory (where "VORNA.xml" lives)

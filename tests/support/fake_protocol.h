@@ -13,12 +13,12 @@ namespace vorna_test {
 
 class FakeProtocol : public vorna::CProtocol {
 public:
-    int GetPresetCount() const override { return presetCount; }
+    int GetPresetCount() const override { return 32; }
     int GetMinAddress() const override { return 0; }
     int GetMaxAddress() const override { return 255; }
     bool ShouldRepeat(int64_t, int64_t) const override { return repeat; }
     int GetRepeatCount(int opcode) const override { return opcode == 60 ? presetRepeatCount : 0; }
-    bool HasMenuMode() const override { return menuMode; }
+    bool HasMenuMode() const override { return false; }
     int GetCommandInterval() const override { return interval; }
 
     vorna::Bytes PassThrough(uint32_t a, const vorna::Bytes& text) override {
@@ -50,9 +50,7 @@ public:
     std::set<std::string> unsupported;  // operations that return empty bytes
     std::vector<std::string> calls;     // "Pan(1,32)" for each call, in order
     bool repeat = false;
-    bool menuMode = false;
     int interval = 250;
-    int presetCount = 32;
     int presetRepeatCount = 0;
 
 private:

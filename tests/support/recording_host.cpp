@@ -1,8 +1,6 @@
 #include "support/recording_host.h"
 
-#include <cstdio>
-
-#include "env/environment.h"
+#include "support/frames_file.h"
 
 namespace vorna_test {
 
@@ -10,9 +8,8 @@ namespace {
 RecordingHost* g_current = nullptr;
 
 int Record(HostMessage* message, int) {
-    g_current->sent.push_back(
-        {*message, std::string(static_cast<const char*>(message->data), message->length), vorna::NowMs()});
-    return g_current->result;
+    g_current->sent.push_back({*message, std::string(static_cast<const char*>(message->data), message->length)});
+    return 0;
 }
 }  // namespace
 
@@ -26,29 +23,14 @@ RecordingHost::~RecordingHost() {
     g_current = nullptr;
 }
 
-std::vector<RecordedMessage> RecordingHost::OfType(uint64_t type) const {
-    std::vector<RecordedMessage> found;
-    for (const auto& m : sent)
-        if (m.record.type == type) found.push_back(m);
-    return found;
-}
-
 std::vector<std::string> RecordingHost::SerialPayloads() const {
     std::vector<std::string> payloads;
-    for (const auto& m : OfType(VORNA_TYPE_SERIAL)) payloads.push_back(m.payload);
+    for (const auto& m : sent)
+        if (m.record.type == VORNA_TYPE_SERIAL) payloads.push_back(m.payload);
     return payloads;
 }
 
-std::string Hex(const std::string& bytes) {
-    std::string text;
-    char pair[4];
-    for (unsigned char byte : bytes) {
-        std::snprintf(pair, sizeof pair, "%02X", byte);
-        if (!text.empty()) text += ' ';
-        text += pair;
-    }
-    return text;
-}
+std::string Hex(const std::string& bytes) { return bytes.empty() ? "" : FrameNotation(bytes, false); }
 
 std::string FromHex(const std::string& hex) {
     std::string bytes;

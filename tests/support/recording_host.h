@@ -1,5 +1,5 @@
 // Stands in for the host callback in unit tests: records every message the
-// module sends, with its payload copied, and answers with `result`.
+// module sends, with its payload copied, and accepts it.
 #pragma once
 
 #include <string>
@@ -12,7 +12,6 @@ namespace vorna_test {
 struct RecordedMessage {
     HostMessage record;
     std::string payload;
-    int64_t time;  // the module's clock when the message was sent
 };
 
 class RecordingHost {
@@ -20,13 +19,10 @@ public:
     RecordingHost();
     ~RecordingHost();
 
-    // Messages of one type, in order.
-    std::vector<RecordedMessage> OfType(uint64_t type) const;
     // Payloads of the serial messages, in order.
     std::vector<std::string> SerialPayloads() const;
 
     std::vector<RecordedMessage> sent;
-    int result = 0;
 
 private:
     HostCallback previous_;
