@@ -7,14 +7,11 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <utility>
 #include <vector>
 
-#include "config/config_service.h"
 #include "env/environment.h"
-#include "support/recording_host.h"
 #include "support/temp_dir.h"
 
 using namespace vorna;
@@ -113,19 +110,6 @@ std::string Message(const CallOutcome& outcome, int error) {
     return std::string(outcome.message) + " " + std::to_string(error) + " - " + std::strerror(error);
 }
 
-// No failure, then every call that can fail with every errno.
-std::vector<std::pair<CallOutcome, int>> EveryFailure() {
-    std::vector<std::pair<CallOutcome, int>> cases = {{{Call::kNothing, nullptr}, 0}};
-    for (const CallOutcome& outcome : kOutcomes)
-        for (const int error : kErrnos) cases.push_back({outcome, error});
-    return cases;
-}
-
-std::string CaseName(const CallOutcome& outcome, int error) {
-    return Message(outcome, error) + " (call " + std::to_string(static_cast<int>(outcome.call)) + ", errno " +
-           std::to_string(error) + ")";
-}
-
 mode_t ModeOf(const std::string& path) {
     struct stat info;
     return stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
@@ -162,13 +146,16 @@ TEST(SafeFile, AnyFailingCallLeavesTheFileAsItWas) {
             TiXmlPrinter printer;
             DocumentOfSize(inputs).Accept(&printer);
             const std::string text = printer.Str();
-            std::vector<std::pair<CallOutcome, int>> cases = EveryFailure();
+            std::vector<std::pair<CallOutcome, int>> cases = {{{Call::kNothing, nullptr}, 0}};
+            for (const CallOutcome& outcome : kOutcomes)
+                for (const int error : kErrnos) cases.push_back({outcome, error});
             if (!throughLink)
                 for (const int error : kErrnos) cases.push_back({{Call::kReadLink, nullptr}, error});
             for (const auto& [outcome, error] : cases) {
                 const std::string message = Message(outcome, error);
-                const std::string name = std::string(throughLink ? "link: " : "") + CaseName(outcome, error) +
-                                         " with " + std::to_string(text.size()) + " bytes";
+                const std::string name = std::string(throughLink ? "link: " : "") + message + " (call " +
+                                         std::to_string(static_cast<int>(outcome.call)) + ", errno " +
+                                         std::to_string(error) + ") with " + std::to_string(text.size()) + " bytes";
                 TempDir dir;
                 const std::string file = throughLink ? "site/real.xml" : "VORNA.xml";
                 ASSERT_EQ(mkdir(dir.File("site").c_str(), 0700), 0);
@@ -204,28 +191,4 @@ TEST(SafeFile, AnyFailingCallLeavesTheFileAsItWas) {
             }
         }
     }
-}
-
-// A file that does not load is moved aside as "VORNA.xml.bad" before the
-// start saves, whatever fails in that save; when the move itself fails the
-// file stays where it was, byte for byte.
-TEST(SafeFile, AFileThatDoesNotLoadIsKeptWhateverFailsInTheSaveAfterIt) {
-    const std::string unloadable = "<Tarn Delta=\"0\"><PTZ ID=\"1048576\"><Devices";
-    char* previous = getcwd(nullptr, 0);
-    for (const auto& [outcome, error] : EveryFailure()) {
-        const std::string name = CaseName(outcome, error);
-        TempDir dir;
-        dir.Write("VORNA.xml", unloadable);
-        ASSERT_EQ(chdir(dir.path.c_str()), 0);
-        {
-            vorna_test::RecordingHost host;
-            PtzController controller;
-            FailingFileSystem files(outcome.call, error);
-            Start(controller);
-        }
-        ASSERT_EQ(chdir(previous), 0);
-        const bool moved = outcome.call != Call::kRename;
-        EXPECT_EQ(dir.Read(moved ? "VORNA.xml.bad" : "VORNA.xml"), unloadable) << name;
-    }
-    std::free(previous);
 }

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <set>
-#include <sstream>
 #include <thread>
 #include <tuple>
 
@@ -15,16 +15,11 @@ using namespace vorna_test;
 namespace {
 
 std::set<std::string> ExportedSymbols() {
-    std::string command = std::string(VORNA_NM) + " -D --defined-only " + VORNA_LIBRARY_PATH;
+    const std::string command = std::string(VORNA_NM) + " -D --defined-only -j " + VORNA_LIBRARY_PATH;
     FILE* pipe = popen(command.c_str(), "r");
     std::set<std::string> names;
     char line[512];
-    while (pipe && fgets(line, sizeof line, pipe)) {
-        std::istringstream fields(line);
-        std::string address, kind, name;
-        fields >> address >> kind >> name;
-        if (!name.empty()) names.insert(name);
-    }
+    while (pipe && fgets(line, sizeof line, pipe)) names.insert(std::string(line, std::strcspn(line, "\n")));
     if (pipe) pclose(pipe);
     return names;
 }
