@@ -42,32 +42,13 @@ TEST(CommandParser, HostCommandsCarryTheirArguments) {
     EXPECT_EQ(2, command.camera.deviceNumber);
     EXPECT_EQ(3, command.camera.inputNumber);
 
-    ASSERT_TRUE(ParseCommand("alarm end 7 60 2.5", command, error));
-    EXPECT_EQ(CommandKind::kAlarm, command.kind);
-    EXPECT_FALSE(command.alarm.start);
-    EXPECT_EQ(7, command.alarm.action);
-    EXPECT_EQ(60, command.alarm.call.opcode);
-    EXPECT_EQ(2.5, command.alarm.call.parm);
-
     ASSERT_TRUE(ParseCommand("config  site one.xml ", command, error));
     EXPECT_EQ(CommandKind::kConfig, command.kind);
     EXPECT_EQ("site one.xml", command.path);
-
-    ASSERT_TRUE(ParseCommand("wait 250", command, error));
-    EXPECT_EQ(250, command.milliseconds);
-
-    for (const char* nothing : {"", "   ", "# a comment"}) {
-        ASSERT_TRUE(ParseCommand(nothing, command, error));
-        EXPECT_EQ(CommandKind::kNothing, command.kind);
-    }
 }
 
 TEST(EventDocuments, ReadLikeTheModuleExpectsThem) {
     const CameraKey camera{1, 2, 3};
-    EXPECT_EQ("<Tarn><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"2\"><Video>"
-              "<Input Number=\"3\" Opcode=\"32\" Parm=\"0\" /><Input Number=\"3\" Opcode=\"60\" Parm=\"2.5\" />"
-              "</Video></Device></Devices></PTZ></Tarn>",
-              EventDocument(camera, {{32, 0}, {60, 2.5}}));
     EXPECT_EQ("<Tarn><PTZ ID=\"1048576\"><Devices ID=\"1\"><Device Number=\"2\"><Video>"
               "<Input Number=\"3\" Opcode=\"60\" Parm=\"1\" Time=\"1700000000\" Milliseconds=\"42\" Action=\"7\" "
               "Alarm=\"0\" /></Video></Device></Devices></PTZ></Tarn>",

@@ -78,18 +78,7 @@ TEST(HostOptions, OptionsTakeSeparateOrInlineValues) {
 TEST(HostReports, FramesLogsAndNoticesPrintAsOneLineEach) {
     const uint8_t pelco[] = {0xFF, 0x01, 0x00, 0x07, 0x00, 0x05, 0x0D};
     EXPECT_EQ("    250 ms  COM1  FF 01 00 07 00 05 0D\n", FormatFrame(250, "COM1", pelco, sizeof pelco, false));
-    const std::string panasonic = "\x02" "AD01;GC7:9028100\x03";
-    EXPECT_EQ("  12345 ms  COM2  02 41 44 30 31 3B 47 43 37 3A 39 30 32 38 31 30 30 03  |.AD01;GC7:9028100.|\n",
-              FormatFrame(12345, "COM2", reinterpret_cast<const uint8_t*>(panasonic.data()), panasonic.size(),
-                          true));
-
-    EXPECT_EQ("log 50: ptz camera serial port <3> not found",
-              DescribeLog("<log_msg level=\"50\">ptz camera serial port <3> not found</log_msg>"));
     EXPECT_EQ("log: something else", DescribeLog("something else"));
-    EXPECT_EQ("configuration: 2 cameras, 1 protocols",
-              DescribeConfiguration("<Tarn><PTZ><Devices><Device>"
-                                    "<Input Number=\"1\" Protocol=\"Bosch\" /><Input Number=\"2\" />"
-                                    "</Device></Devices><Protocol Name=\"Bosch\" /></PTZ></Tarn>"));
 }
 
 }  // namespace

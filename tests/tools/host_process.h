@@ -24,6 +24,17 @@ namespace vorna_test {
 // the test, and a loaded machine does not.
 constexpr int kPatienceMs = 30000;
 
+// Polls `done` until it holds; false once `timeoutMs` passed.
+template <typename Condition>
+bool Eventually(Condition done, int timeoutMs = kPatienceMs) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
 class HostProcess {
 public:
     // Starts `vorna-host --module <built module> args...` in `workDir`, with
@@ -92,13 +103,8 @@ public:
     // editor does only once it waits for a key (keys that came sooner would
     // meet the terminal's own line editing); false after the test's patience.
     bool WaitForRawTerminal() {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatienceMs);
         termios mode{};
-        while (tcgetattr(output_, &mode) == 0 && (mode.c_lflag & ICANON) != 0) {
-            if (std::chrono::steady_clock::now() >= deadline) return false;
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-        return true;
+        return Eventually([&] { return tcgetattr(output_, &mode) == 0 && (mode.c_lflag & ICANON) == 0; });
     }
 
     // Waits for the host to exit and returns its exit status (-1 when it had

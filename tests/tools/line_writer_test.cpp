@@ -2,7 +2,6 @@
 // order, and when, for a line the module floods with repeating frames.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cctype>
 #include <thread>
 #include <map>
@@ -37,31 +36,29 @@ MessageClass ReadTestMessage(const std::string& bytes) {
     return MessageClass{std::stoi(bytes.substr(0, kindAt)), kinds.at(bytes[kindAt]), axes ? axes : kPan | kTilt | kZoom};
 }
 
-class FakeDevice : public SerialLine {
-public:
+// The writer driven as its thread would drive it, on simulated time, over a
+// device that records when each frame was handed to it.
+struct SimulatedLine {
     struct Sent {
         Clock::time_point at;
         std::string tag;
     };
-    FakeDevice(const Clock::time_point& now, std::vector<Sent>& wire, size_t& unsent)
-        : now_(now), wire_(wire), unsent_(unsent) {}
-    bool Send(const uint8_t* bytes, size_t length, std::string&) override {
-        wire_.push_back(Sent{now_, Tag(std::string(reinterpret_cast<const char*>(bytes), length))});
-        return true;
-    }
-    size_t Unsent() override { return unsent_; }
+    class Device : public SerialLine {
+    public:
+        explicit Device(SimulatedLine& line) : line_(line) {}
+        bool Send(const uint8_t* bytes, size_t length, std::string&) override {
+            line_.wire.push_back(Sent{line_.now, Tag(std::string(reinterpret_cast<const char*>(bytes), length))});
+            return true;
+        }
+        size_t Unsent() override { return line_.unsent; }
 
-private:
-    const Clock::time_point& now_;
-    std::vector<Sent>& wire_;
-    size_t& unsent_;
-};
+    private:
+        SimulatedLine& line_;
+    };
 
-// The writer driven as its thread would drive it, on simulated time.
-struct SimulatedLine {
     explicit SimulatedLine(int baud, bool keepLineOrder = false)
         : frameTime(WireTime(kFrameBytes, baud)),
-          writer(std::make_unique<FakeDevice>(now, wire, unsent), LineScheduler(ReadTestMessage, keepLineOrder), baud,
+          writer(std::make_unique<Device>(*this), LineScheduler(ReadTestMessage, keepLineOrder), baud,
                  [](const std::string& problem) { ADD_FAILURE() << problem; }) {}
 
     void RunUntil(Clock::time_point until) {
@@ -85,7 +82,7 @@ struct SimulatedLine {
     }
 
     Clock::time_point now{};
-    std::vector<FakeDevice::Sent> wire;
+    std::vector<Sent> wire;
     size_t unsent = 0;
     Clock::duration frameTime;
     LineWriter writer;
@@ -200,32 +197,19 @@ TEST(LineWriter, WaitsWhileTheDriverStillHoldsBytes) {
 // The callback's threads and the writer's own, for real: every message handed
 // over is on the wire when Drain returns.
 TEST(LineWriterConcurrency, DrainReturnsWhenEveryHandedMessageIsOut) {
-    class CountingLine : public SerialLine {
-    public:
-        explicit CountingLine(std::atomic<int>& sent) : sent_(sent) {}
-        bool Send(const uint8_t*, size_t, std::string&) override {
-            ++sent_;
-            return true;
-        }
-
-    private:
-        std::atomic<int>& sent_;
-    };
-    std::atomic<int> sent{0};
     // A fast wire keeps the test short; the writer does not care which rate.
-    LineWriter writer(std::make_unique<CountingLine>(sent), LineScheduler(ReadTestMessage, false), 1000000,
-                      [](const std::string& problem) { ADD_FAILURE() << problem; });
-    writer.Start();
+    SimulatedLine line(1000000);
+    line.writer.Start();
     std::vector<std::thread> callbacks;
     for (int camera = 1; camera <= 2; ++camera)
-        callbacks.emplace_back([&writer, camera] {
-            for (int i = 0; i < 200; ++i) writer.Hand(Message(std::to_string(camera) + "P"), Clock::now());
+        callbacks.emplace_back([&line, camera] {
+            for (int i = 0; i < 200; ++i) line.writer.Hand(Message(std::to_string(camera) + "P"), Clock::now());
         });
     for (std::thread& callback : callbacks) callback.join();
-    writer.Drain();
-    EXPECT_EQ(400, sent.load());
-    EXPECT_EQ(400u, writer.Counters().sent);
-    EXPECT_EQ(0u, writer.Counters().waiting);
+    line.writer.Drain();
+    EXPECT_EQ(400u, line.wire.size());
+    EXPECT_EQ(400u, line.writer.Counters().sent);
+    EXPECT_EQ(0u, line.writer.Counters().waiting);
 }
 
 }  // namespace

@@ -56,13 +56,10 @@ TEST_F(PanelApiTest, RefusedCallsSayWhyAndChangeNothing) {
         {nullptr, "/api/cameras/1/1/1/command", "{\"command\":", 400, "the body is not JSON"},
         {nullptr, "/api/cameras/1/1/1/command", "[\"left\"]", 400, "the body must be a JSON object"},
         {nullptr, "/api/cameras/1/1/1/command", "{\"cmd\":\"left\"}", 400, "expected {\"command\": TEXT}"},
-        {nullptr, "/api/cameras/1/1/1/command", "{\"command\":\"fly\"}", 400, "unknown command 'fly'"},
         {nullptr, "/api/cameras/1/1/1/command", "{\"command\":\"quit\"}", 400, "is not a command for a camera"},
         {nullptr, "/api/cameras/1/1/1/command", "{\"command\":\"speed pan 64\"}", 422, "speed pan must be 0 to 63"},
-        {nullptr, "/api/cameras/1/1/1/command", "{\"command\":\"preset goto 33\"}", 422, "preset numbers on Pelco-D"},
         {nullptr, "/api/cameras/1/1/2/command", "{\"command\":\"preset clear 3\"}", 409, "cannot clear a preset"},
         {nullptr, "/api/cameras/1/1/1/move", "{\"pan\":2}", 400, "\"pan\" must be an integer from -1 to 1"},
-        {nullptr, "/api/cameras/1/1/1/move", "{\"tilt\":\"up\"}", 400, "\"tilt\" must be an integer"},
         {nullptr, "/api/cameras/1/1/1/tour", "{}", 400, "expected \"enabled\""},
         {nullptr, "/api/cameras/1/1/1/tour", "{\"dwell\":0}", 400, "\"dwell\" must be an integer from 1"},
         {nullptr, "/api/cameras/1/1/1/tour", "{\"enabled\":1}", 400, "\"enabled\" must be true or false"},
@@ -98,14 +95,10 @@ TEST_F(PanelApiTest, APortInUseEndsTheStartBeforeTheModuleOpens) {
     EXPECT_EQ("vorna-host: --http: cannot listen on " + address + ": Address already in use\n", second.err);
 }
 
-TEST_F(PanelApiTest, CallsDriveTheCamerasAndTheLogFollows) {
-    const httplib::Result page = httplib::Client("127.0.0.1", port).Get(std::string("/?token=") + kToken);
-    ASSERT_TRUE(page);
-    EXPECT_EQ(200, page->status);
-    EXPECT_NE(std::string::npos, page->body.find("id=\"pad\"")) << "the page carries its script and styles";
-    EXPECT_EQ(std::string::npos, page->body.find("src=\"panel.js\""));
-
+TEST_F(PanelApiTest, CallsDriveTheCamerasAndKeepTheirTable) {
     EXPECT_EQ("{\"sent\":2}", Post("/api/cameras/1/1/1/move", "{\"pan\":-1,\"tilt\":1}")->body);
+    EXPECT_TRUE(host.WaitUntil([&] { return host.out.find("= address 1: pan left 32, tilt up 32") != std::string::npos; }))
+        << host.out;
     EXPECT_EQ("{\"held\":true}", Post("/api/cameras/1/1/1/hold", "")->body);
     EXPECT_EQ("{\"sent\":2}", Post("/api/cameras/1/1/1/move", "{}")->body);
     EXPECT_EQ(200, Post("/api/cameras/1/1/2/command", "{\"command\":\"preset clear 3\",\"confirmed\":true}")->status);
@@ -117,14 +110,6 @@ TEST_F(PanelApiTest, CallsDriveTheCamerasAndTheLogFollows) {
     EXPECT_NE(std::string::npos, cameras.find("\"tour\":{\"dwell\":12,\"enabled\":true}")) << cameras;
     EXPECT_NE(std::string::npos, cameras.find("{\"name\":\"Gate & yard\",\"number\":1}")) << cameras;
     EXPECT_NE(std::string::npos, dir.Read("VORNA.xml").find("<Tour Position=\"2\" />"));
-
-    std::string log;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    client.Get("/api/frames", [&](const char* data, size_t length) {
-        log.append(data, length);
-        return log.find("stop pan, tilt and zoom") == std::string::npos && std::chrono::steady_clock::now() < deadline;
-    });
-    EXPECT_NE(std::string::npos, log.find("\"meaning\":\"address 1: pan left 32")) << log;
     EXPECT_NE(std::string::npos, client.Get("/api/lines")->body.find("{\"line\":\"COM1\""));
 }
 

@@ -23,17 +23,6 @@ const char* const kStop = "address 1: stop pan, tilt and zoom";
 const char* const kWatchdogStop = "panel: camera 1 1 1 stopped, its page sent nothing for a second";
 constexpr int kPadReach = 100;  // pixels from the pad's middle, well past its dead zone
 
-// Polls `done` until it holds; false after `timeoutMs`.
-template <typename Condition>
-bool Eventually(Condition done, int timeoutMs) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
-    return true;
-}
-
 // Waits until `text` shows in what the host printed after `from`; its
 // position, or npos.
 size_t WaitForFrame(HostProcess& host, const std::string& text, size_t from) {
@@ -42,9 +31,7 @@ size_t WaitForFrame(HostProcess& host, const std::string& text, size_t from) {
 }
 
 TEST(PanelInBrowser, PadMovesWhileHeldPresetGoesOutAndALostPageStopsTheCamera) {
-    const std::string chromium = FindProgram("chromium");
-    const std::string chromedriver = FindProgram("chromedriver");
-    if (chromium.empty() || chromedriver.empty())
+    if (access(WebDriver::kChromium, X_OK) != 0 || access(WebDriver::kChromedriver, X_OK) != 0)
         GTEST_SKIP() << "chromium or chromedriver is not installed (scripts/install-deps installs both): "
                         "the control panel's browser test did not run";
     TempDir dir;
@@ -53,14 +40,12 @@ TEST(PanelInBrowser, PadMovesWhileHeldPresetGoesOutAndALostPageStopsTheCamera) {
     const int port = WaitForPanelPort(host);
     ASSERT_GT(port, 0) << host.err;
 
-    WebDriver browser(chromedriver, chromium, dir.File("profile"), 390, 844);
+    WebDriver browser(dir.File("profile"), 390, 844);
     browser.Open("http://127.0.0.1:" + std::to_string(port) + "/?token=" + kToken);
-    ASSERT_TRUE(Eventually(
-        [&] {
-            return browser.Script("return document.querySelectorAll('#presets button').length === 2 && "
-                                  "document.getElementById('link').textContent === 'online'") == true;
-        },
-        5000));
+    ASSERT_TRUE(Eventually([&] {
+        return browser.Script("return document.querySelectorAll('#presets button').length === 2 && "
+                              "document.getElementById('link').textContent === 'online'") == true;
+    }));
     const WebDriver::Json pad = browser.Element("#pad");
 
     // Held: the pan goes out and the page keeps it going past the host's
@@ -74,12 +59,12 @@ TEST(PanelInBrowser, PadMovesWhileHeldPresetGoesOutAndALostPageStopsTheCamera) {
     const size_t released = WaitForFrame(host, kStop, panLeft);
     ASSERT_NE(std::string::npos, released) << host.out;
 
-    browser.Click(browser.Element("#presets button:nth-child(2)"));
+    browser.Script("document.querySelector('#presets button:nth-child(2)').click()");
     const size_t preset = WaitForFrame(host, "address 1: go to preset 2", released);
     ASSERT_NE(std::string::npos, preset) << host.out;
-    EXPECT_TRUE(Eventually(
-        [&] { return browser.Script("return document.querySelector('#recent li').textContent") == "COM1address 1: go to preset 2"; },
-        3000));
+    EXPECT_TRUE(Eventually([&] {
+        return browser.Script("return document.querySelector('#recent li').textContent") == "COM1address 1: go to preset 2";
+    }));
     std::ofstream(VORNA_PANEL_SCREENSHOT, std::ios::binary) << browser.Screenshot();
 
     // The phone goes away mid-pan: nothing more comes from the page, and the

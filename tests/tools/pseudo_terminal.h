@@ -3,11 +3,9 @@
 #pragma once
 
 #include <fcntl.h>
-#include <poll.h>
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <stdexcept>
 #include <string>
 
@@ -38,12 +36,11 @@ public:
     // In hex, what the host wrote since the last read, once that holds
     // `frame` (or the test's patience ran out).
     std::string HexUntil(const std::string& frame) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatienceMs);
         std::string bytes;
-        while (Hex(bytes).find(frame) == std::string::npos && std::chrono::steady_clock::now() < deadline) {
-            pollfd entry{master, POLLIN, 0};
-            if (poll(&entry, 1, 10) > 0) bytes += Rest();
-        }
+        Eventually([&] {
+            bytes += Rest();
+            return Hex(bytes).find(frame) != std::string::npos;
+        });
         return Hex(bytes);
     }
 

@@ -11,24 +11,16 @@
 
 #include <httplib.h>
 
-#include <chrono>
+#include "tools/host_process.h"
+
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
-#include <thread>
 
 namespace vorna_test {
 
 // The element reference's key, fixed by the WebDriver standard.
 constexpr const char* kElementKey = "element-6066-11e4-a52e-4f735466cecf";
-
-inline std::string FindProgram(const std::string& name) {
-    for (const char* dir : {"/usr/bin", "/usr/local/bin", "/usr/lib/chromium"}) {
-        const std::string path = std::string(dir) + "/" + name;
-        if (access(path.c_str(), X_OK) == 0) return path;
-    }
-    return std::string();
-}
 
 inline int FreeLoopbackPort() {
     const int fd = socket(AF_INET, SOCK_STREAM, 0);
@@ -65,23 +57,24 @@ class WebDriver {
 public:
     using Json = nlohmann::json;
 
+    static constexpr const char* kChromium = "/usr/bin/chromium";
+    static constexpr const char* kChromedriver = "/usr/bin/chromedriver";
+
     // Starts chromedriver and a headless Chromium of `width` x `height` with
     // its profile in `profileDir`.
-    WebDriver(const std::string& chromedriver, const std::string& chromium, const std::string& profileDir, int width,
-              int height)
+    WebDriver(const std::string& profileDir, int width, int height)
         : port_(FreeLoopbackPort()), client_("127.0.0.1", port_) {
         client_.set_read_timeout(30);
         const std::string portArg = "--port=" + std::to_string(port_);
         pid_ = fork();
         if (pid_ == 0) {
             setpgid(0, 0);
-            execl(chromedriver.c_str(), chromedriver.c_str(), portArg.c_str(), "--log-level=OFF",
-                  static_cast<char*>(nullptr));
+            execl(kChromedriver, kChromedriver, portArg.c_str(), "--log-level=OFF", static_cast<char*>(nullptr));
             _exit(127);
         }
         setpgid(pid_, pid_);
         try {
-            StartSession(chromium, profileDir, width, height);
+            StartSession(profileDir, width, height);
         } catch (...) {
             Kill();
             throw;
@@ -111,10 +104,6 @@ public:
         return reference;
     }
 
-    void Click(const Json& element) {
-        Command("POST", "/element/" + element[kElementKey].get<std::string>() + "/click", Json::object());
-    }
-
     // Presses the mouse at (`x`, `y`) from the middle of `element`, or
     // releases it; the pointer stays pressed between the two calls.
     void Press(const Json& element, int x, int y) {
@@ -127,15 +116,15 @@ public:
     std::string Screenshot() { return DecodeBase64(Command("GET", "/screenshot", Json())); }
 
 private:
-    void StartSession(const std::string& chromium, const std::string& profileDir, int width, int height) {
+    void StartSession(const std::string& profileDir, int width, int height) {
         WaitUntilReady();
         // A headless window has a least width wider than a phone; the page
         // gets the phone's viewport through device emulation instead.
-        Json options = Json::object();
-        options["binary"] = chromium;
-        options["args"] = {"--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage",
-                           "--hide-scrollbars", "--no-first-run", "--user-data-dir=" + profileDir};
-        options["mobileEmulation"] = {{"deviceMetrics", {{"width", width}, {"height", height}, {"pixelRatio", 1}}}};
+        const Json options = {
+            {"binary", kChromium},
+            {"args", {"--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--hide-scrollbars",
+                      "--no-first-run", "--user-data-dir=" + profileDir}},
+            {"mobileEmulation", {{"deviceMetrics", {{"width", width}, {"height", height}, {"pixelRatio", 1}}}}}};
         const Json session =
             Call("POST", "/session",
                  {{"capabilities", {{"alwaysMatch", {{"browserName", "chrome"}, {"goog:chromeOptions", options}}}}}});
@@ -143,25 +132,17 @@ private:
     }
 
     void WaitUntilReady() {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (std::chrono::steady_clock::now() < deadline) {
+        const bool ready = Eventually([&] {
             const httplib::Result status = client_.Get("/status");
-            if (status && status->status == 200 && Json::parse(status->body, nullptr, false)["value"]["ready"] == true)
-                return;
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        }
-        throw std::runtime_error("chromedriver did not start");
+            return status && status->status == 200 && Json::parse(status->body, nullptr, false)["value"]["ready"] == true;
+        }, 10000);
+        if (!ready) throw std::runtime_error("chromedriver did not start");
     }
 
     void Pointer(const Json& actions) {
-        Json source = Json::object();
-        source["type"] = "pointer";
-        source["id"] = "finger";
-        source["parameters"] = {{"pointerType", "mouse"}};
-        source["actions"] = actions;
-        Json body = Json::object();
-        body["actions"] = Json::array({source});
-        Command("POST", "/actions", body);
+        const Json source = {
+            {"type", "pointer"}, {"id", "finger"}, {"parameters", {{"pointerType", "mouse"}}}, {"actions", actions}};
+        Command("POST", "/actions", Json{{"actions", Json::array({source})}});
     }
 
     Json Command(const std::string& method, const std::string& path, const Json& body) {
