@@ -19,9 +19,6 @@
 
 namespace vorna_test {
 
-// The element reference's key, fixed by the WebDriver standard.
-constexpr const char* kElementKey = "element-6066-11e4-a52e-4f735466cecf";
-
 inline int FreeLoopbackPort() {
     const int fd = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
@@ -98,10 +95,7 @@ public:
 
     // The element reference of the first element matching `css`.
     Json Element(const std::string& css) {
-        const Json found = Command("POST", "/element", {{"using", "css selector"}, {"value", css}});
-        Json reference = Json::object();
-        reference[kElementKey] = found.at(kElementKey);
-        return reference;
+        return Command("POST", "/element", {{"using", "css selector"}, {"value", css}});
     }
 
     // Presses the mouse at (`x`, `y`) from the middle of `element`, or
@@ -126,9 +120,8 @@ private:
                       "--no-first-run", "--user-data-dir=" + profileDir}},
             {"mobileEmulation", {{"deviceMetrics", {{"width", width}, {"height", height}, {"pixelRatio", 1}}}}}};
         const Json session =
-            Call("POST", "/session",
-                 {{"capabilities", {{"alwaysMatch", {{"browserName", "chrome"}, {"goog:chromeOptions", options}}}}}});
-        session_ = "/session/" + session["sessionId"].get<std::string>();
+            Command("POST", "", {{"capabilities", {{"alwaysMatch", {{"browserName", "chrome"}, {"goog:chromeOptions", options}}}}}});
+        session_ += "/" + session["sessionId"].get<std::string>();
     }
 
     void WaitUntilReady() {
@@ -145,12 +138,10 @@ private:
         Command("POST", "/actions", Json{{"actions", Json::array({source})}});
     }
 
-    Json Command(const std::string& method, const std::string& path, const Json& body) {
-        return Call(method, session_ + path, body);
-    }
-
-    // The answer's value; a WebDriver error is thrown with its message.
-    Json Call(const std::string& method, const std::string& path, const Json& body) {
+    // The answer's value to a command of the session (of the driver before
+    // the session starts); a WebDriver error is thrown with its message.
+    Json Command(const std::string& method, const std::string& command, const Json& body) {
+        const std::string path = session_ + command;
         const httplib::Result result = method == "GET" ? client_.Get(path.c_str())
                                                        : client_.Post(path.c_str(), body.dump(), "application/json");
         if (!result) throw std::runtime_error(method + " " + path + ": no answer from chromedriver");
@@ -163,7 +154,7 @@ private:
     int port_;
     httplib::Client client_;
     pid_t pid_ = -1;
-    std::string session_;
+    std::string session_ = "/session";
 };
 
 }  // namespace vorna_test
