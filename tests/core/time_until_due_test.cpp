@@ -9,11 +9,7 @@
 using namespace vorna;
 using vorna_test::FakeProtocol;
 
-namespace {
-
-const int64_t kNow = 1000000;
-
-}  // namespace
+constexpr int64_t kNow = 1000000;
 
 // What the worker waits for a camera in one state: one row per rule.
 TEST(TimeUntilDue, OneRowPerRule) {

@@ -4,9 +4,7 @@
 #pragma once
 
 #include <dlfcn.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <stdexcept>
@@ -53,15 +51,12 @@ public:
     void Load() {
         std::memset(&registration, 0xAB, sizeof registration);
         HostInterface host{};
-        host.opaque0 = 0x1111;
-        host.opaque1 = 0x2222;
         host.callback = &ModuleHost::Callback;
         load(&host, &registration);
     }
 
     int Event(uint64_t type, uint64_t flags, const std::string& text) {
-        HostEvent event;
-        std::memset(&event, 0, sizeof event);
+        HostEvent event{};
         event.size = sizeof event;
         event.version = 1;
         event.length = static_cast<int32_t>(text.size());
@@ -72,8 +67,7 @@ public:
     }
 
     int Ioctl(uint32_t op, const std::string& text = std::string()) {
-        IoctlRequest request;
-        std::memset(&request, 0, sizeof request);
+        IoctlRequest request{};
         request.op = op;
         request.length = static_cast<uint32_t>(text.size());
         request.data = text.data();

@@ -1,5 +1,7 @@
 #include "support/recording_host.h"
 
+#include <sstream>
+
 #include "support/frames_file.h"
 
 namespace vorna_test {
@@ -33,16 +35,9 @@ std::vector<std::string> RecordingHost::SerialPayloads() const {
 std::string Hex(const std::string& bytes) { return bytes.empty() ? "" : FrameNotation(bytes, false); }
 
 std::string FromHex(const std::string& hex) {
+    std::istringstream pairs(hex);
     std::string bytes;
-    std::string digits;
-    for (char c : hex) {
-        if (c == ' ') continue;
-        digits += c;
-        if (digits.size() == 2) {
-            bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
-            digits.clear();
-        }
-    }
+    for (std::string pair; pairs >> pair;) bytes += static_cast<char>(std::stoi(pair, nullptr, 16));
     return bytes;
 }
 

@@ -30,7 +30,7 @@ private:
 
 // Bytes as upper-case hex pairs separated by blanks, e.g. "FF 01 00".
 std::string Hex(const std::string& bytes);
-// The reverse: "FF 01 00" (blanks optional) to bytes.
+// The reverse: "FF 01 00" to bytes.
 std::string FromHex(const std::string& hex);
 
 }  // namespace vorna_test
