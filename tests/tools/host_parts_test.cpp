@@ -34,30 +34,6 @@ TEST(HostOptions, LineOptionsNameProtocolDeviceAndBaud) {
     }
 }
 
-TEST(HostOptions, BadLineOptionsSayWhy) {
-    const struct {
-        const char* text;
-        const char* error;
-    } rows[] = {
-        {"COM1", "--line 'COM1': expected NAME=PROTOCOL[@DEVICE][:BAUD]"},
-        {"=Pelco-D", "--line '=Pelco-D': expected NAME=PROTOCOL[@DEVICE][:BAUD]"},
-        {"COM1=pelco-d", "--line 'COM1=pelco-d': unknown protocol 'pelco-d' (known: Pelco-D, HSD-Pelco-D, "
-                         "Pelco-P, Panasonic, AD-RS422, Bosch, GE-ASCII, GE-Impac, AD-M3200, AD-M3200 Multi, "
-                         "AD-MP48, AD-MP48 Multi)"},
-        {"COM1=Pelco-D@", "--line 'COM1=Pelco-D@': no device after '@'"},
-        {"COM1=Pelco-D:300", "--line 'COM1=Pelco-D:300': bad baud rate '300' (supported: 1200, 2400, 4800, 9600, "
-                             "19200, 38400, 57600, 115200)"},
-        {"COM1=Pelco-D@/dev/ttyS0:", "--line 'COM1=Pelco-D@/dev/ttyS0:': bad baud rate '' (supported: 1200, 2400, "
-                                     "4800, 9600, 19200, 38400, 57600, 115200)"},
-    };
-    for (const auto& row : rows) {
-        LineOption line;
-        std::string error;
-        EXPECT_FALSE(ParseLineOption(row.text, line, error)) << row.text;
-        EXPECT_EQ(row.error, error);
-    }
-}
-
 TEST(HostOptions, OptionsTakeSeparateOrInlineValues) {
     HostOptions options;
     std::string error;
@@ -68,14 +44,55 @@ TEST(HostOptions, OptionsTakeSeparateOrInlineValues) {
     EXPECT_EQ("site", options.workDir);
     ASSERT_EQ(2u, options.lines.size());
     EXPECT_EQ("/dev/ttyS1", options.lines[1].device);
-
-    EXPECT_FALSE(ParseOptions({"--script"}, options, error));
-    EXPECT_EQ("option --script needs a value", error);
-    EXPECT_FALSE(ParseOptions({"--line", "COM1=Bosch"}, options, error));
-    EXPECT_EQ("--line 'COM1=Bosch': line COM1 is given twice", error);
 }
 
-TEST(HostReports, FramesLogsAndNoticesPrintAsOneLineEach) {
+TEST(HostOptions, HttpTakesAnOptionalAddressAndAPort) {
+    const struct {
+        const char* value;
+        const char* address;
+        int port;
+    } rows[] = {{"8080", "127.0.0.1", 8080}, {"0.0.0.0:8080", "0.0.0.0", 8080}, {"[::1]:0", "::1", 0}};
+    for (const auto& row : rows) {
+        HostOptions options;
+        std::string error;
+        ASSERT_TRUE(ParseOptions({"--http", row.value}, options, error)) << error;
+        EXPECT_EQ(row.address, options.httpAddress);
+        EXPECT_EQ(row.port, options.httpPort);
+    }
+}
+
+TEST(HostOptions, BadOptionsSayWhy) {
+    const struct {
+        std::vector<std::string> args;
+        const char* error;
+    } rows[] = {
+        {{"--line", "COM1"}, "--line 'COM1': expected NAME=PROTOCOL[@DEVICE][:BAUD]"},
+        {{"--line", "=Pelco-D"}, "--line '=Pelco-D': expected NAME=PROTOCOL[@DEVICE][:BAUD]"},
+        {{"--line", "COM1=pelco-d"}, "--line 'COM1=pelco-d': unknown protocol 'pelco-d' (known: Pelco-D, HSD-Pelco-D, "
+                                     "Pelco-P, Panasonic, AD-RS422, Bosch, GE-ASCII, GE-Impac, AD-M3200, "
+                                     "AD-M3200 Multi, AD-MP48, AD-MP48 Multi)"},
+        {{"--line", "COM1=Pelco-D@"}, "--line 'COM1=Pelco-D@': no device after '@'"},
+        {{"--line", "COM1=Pelco-D:300"}, "--line 'COM1=Pelco-D:300': bad baud rate '300' (supported: 1200, 2400, "
+                                         "4800, 9600, 19200, 38400, 57600, 115200)"},
+        {{"--line", "COM1=Pelco-D@/dev/ttyS0:"}, "--line 'COM1=Pelco-D@/dev/ttyS0:': bad baud rate '' (supported: "
+                                                 "1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200)"},
+        {{"--line", "COM1=Bosch", "--line", "COM1=Pelco-D"}, "--line 'COM1=Pelco-D': line COM1 is given twice"},
+        {{"--script"}, "option --script needs a value"},
+        {{"--http", ""}, "--http '': expected [ADDRESS:]PORT"},
+        {{"--http", "http"}, "--http 'http': expected [ADDRESS:]PORT"},
+        {{"--http", "0.0.0.0:"}, "--http '0.0.0.0:': expected [ADDRESS:]PORT"},
+        {{"--http", ":80"}, "--http ':80': expected [ADDRESS:]PORT"},
+        {{"--http", "1.2.3.4:65536"}, "--http '1.2.3.4:65536': expected [ADDRESS:]PORT"},
+    };
+    for (const auto& row : rows) {
+        HostOptions options;
+        std::string error;
+        EXPECT_FALSE(ParseOptions(row.args, options, error)) << row.error;
+        EXPECT_EQ(row.error, error);
+    }
+}
+
+TEST(HostReports, FramesAndLogsPrintAsOneLineEach) {
     const uint8_t pelco[] = {0xFF, 0x01, 0x00, 0x07, 0x00, 0x05, 0x0D};
     EXPECT_EQ("    250 ms  COM1  FF 01 00 07 00 05 0D\n", FormatFrame(250, "COM1", pelco, sizeof pelco, false));
     EXPECT_EQ("log: something else", DescribeLog("something else"));
