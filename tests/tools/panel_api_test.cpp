@@ -97,8 +97,8 @@ TEST_F(PanelApiTest, APortInUseEndsTheStartBeforeTheModuleOpens) {
 
 TEST_F(PanelApiTest, CallsDriveTheCamerasAndKeepTheirTable) {
     EXPECT_EQ("{\"sent\":2}", Post("/api/cameras/1/1/1/move", "{\"pan\":-1,\"tilt\":1}")->body);
-    EXPECT_TRUE(host.WaitUntil([&] { return host.out.find("= address 1: pan left 32, tilt up 32") != std::string::npos; }))
-        << host.out;
+    const char* const moved = "= address 1: pan left 32, tilt up 32";
+    EXPECT_TRUE(host.WaitUntil([&] { return host.out.find(moved) != std::string::npos; })) << host.out;
     EXPECT_EQ("{\"held\":true}", Post("/api/cameras/1/1/1/hold", "")->body);
     EXPECT_EQ("{\"sent\":2}", Post("/api/cameras/1/1/1/move", "{}")->body);
     EXPECT_EQ(200, Post("/api/cameras/1/1/2/command", "{\"command\":\"preset clear 3\",\"confirmed\":true}")->status);

@@ -63,7 +63,8 @@ TEST(PanelInBrowser, PadMovesWhileHeldPresetGoesOutAndALostPageStopsTheCamera) {
     const size_t preset = WaitForFrame(host, "address 1: go to preset 2", released);
     ASSERT_NE(std::string::npos, preset) << host.out;
     EXPECT_TRUE(Eventually([&] {
-        return browser.Script("return document.querySelector('#recent li').textContent") == "COM1address 1: go to preset 2";
+        const WebDriver::Json latest = browser.Script("return document.querySelector('#recent li').textContent");
+        return latest == "COM1address 1: go to preset 2";
     }));
     std::ofstream(VORNA_PANEL_SCREENSHOT, std::ios::binary) << browser.Screenshot();
 

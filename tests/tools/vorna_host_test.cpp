@@ -86,7 +86,8 @@ TEST(VornaHost, RealLineIsRawHeldExclusivelyAndReopenedWhenItReturns) {
     host.Type("quit\n");
     EXPECT_EQ(0, host.Finish()) << host.err;
     EXPECT_THAT(host.err, HasSubstr("vorna-host: line COM1: " + device + ", Pelco-D, 4800 baud\n"));
-    EXPECT_THAT(host.out, HasSubstr(" ms  COM1  FF 01 00 02 1F 00 22  = address 1: pan right 32, tilt still, zoom still\n"));
+    EXPECT_THAT(host.out,
+                HasSubstr(" ms  COM1  FF 01 00 02 1F 00 22  = address 1: pan right 32, tilt still, zoom still\n"));
     EXPECT_EQ(1u, Count(host.err, " is gone ")) << host.err;
     EXPECT_EQ(1u, Count(host.err, "vorna-host: line COM1: " + device + " is back\n")) << host.err;
 }
@@ -109,7 +110,8 @@ TEST(VornaHost, StopsWhatItMovedOnEveryWayOfEnding) {
         end(host);
         EXPECT_EQ(0, host.Finish()) << name << host.err;
         EXPECT_TRUE(StopsOfAddressOne(Hex(line.Rest()))) << name;
-        EXPECT_THAT(host.err, HasSubstr("vorna-host: stopping pan, tilt, zoom, iris and focus of 1 camera before closing\n"))
+        EXPECT_THAT(host.err,
+                    HasSubstr("vorna-host: stopping pan, tilt, zoom, iris and focus of 1 camera before closing\n"))
             << name;
     }
 }
@@ -119,8 +121,8 @@ TEST(VornaHost, StopsWhatItMovedOnEveryWayOfEnding) {
 TEST(VornaHost, DemoScriptDrivesBothCamerasOnVirtualLines) {
     TempDir dir;
     std::filesystem::copy_file(kExamples + "/VORNA.xml", dir.File("VORNA.xml"));
-    HostProcess host({"--line", "COM1=Pelco-D", "--line", "COM2=Panasonic:2400", "--script", kExamples + "/demo.script"},
-                     dir.path);
+    HostProcess host(
+        {"--line", "COM1=Pelco-D", "--line", "COM2=Panasonic:2400", "--script", kExamples + "/demo.script"}, dir.path);
     ASSERT_EQ(0, host.Finish()) << host.err;
 
     EXPECT_THAT(host.err, HasSubstr("vorna-host: module VORNA 26.1.7.3\n"));
@@ -221,12 +223,15 @@ TEST(VornaHost, RunsThatEndBeforeTheModuleOpens) {
         {{"--baud", "9600"}, "", 2, "", "vorna-host: unknown argument '--baud' (try --help)"},
         {{"--line", "COM1=Pelco-D@/nonexistent/ttyS9"}, "", 1, "",
          "vorna-host: --line COM1: cannot open /nonexistent/ttyS9: No such file or directory"},
-        {{"--line", "COM1=Pelco-D@/dev/null"}, "", 1, "", "vorna-host: --line COM1: cannot set up /dev/null as a serial line"},
-        {{"--module", "/nonexistent/libvorna.so"}, "", 1, "", "vorna-host: cannot load module /nonexistent/libvorna.so"},
+        {{"--line", "COM1=Pelco-D@/dev/null"}, "", 1, "",
+         "vorna-host: --line COM1: cannot set up /dev/null as a serial line"},
+        {{"--module", "/nonexistent/libvorna.so"}, "", 1, "",
+         "vorna-host: cannot load module /nonexistent/libvorna.so"},
         {{"--script", "missing.script"}, "", 1, "", "vorna-host: cannot open script"},
         {{"--workdir", "/nonexistent"}, "", 1, "", "vorna-host: cannot enter working directory /nonexistent"},
         {{"monitor"}, "", 2, "", "vorna-host: monitor: no device"},
-        {{"monitor", "/dev/ttyS0:1234"}, "", 2, "", "vorna-host: monitor: bad baud rate '1234' (supported: 1200, 2400,"},
+        {{"monitor", "/dev/ttyS0:1234"}, "", 2, "",
+         "vorna-host: monitor: bad baud rate '1234' (supported: 1200, 2400,"},
         {{"monitor", "/dev/ttyS0", "--protocol", "Pelco-X"}, "", 2, "",
          "vorna-host: monitor: unknown protocol 'Pelco-X' (known: Pelco-D,"},
         {{"monitor", "/nonexistent/ttyS9"}, "", 1, "",

@@ -119,15 +119,16 @@ private:
             {"args", {"--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--hide-scrollbars",
                       "--no-first-run", "--user-data-dir=" + profileDir}},
             {"mobileEmulation", {{"deviceMetrics", {{"width", width}, {"height", height}, {"pixelRatio", 1}}}}}};
-        const Json session =
-            Command("POST", "", {{"capabilities", {{"alwaysMatch", {{"browserName", "chrome"}, {"goog:chromeOptions", options}}}}}});
+        const Json capabilities = {{"alwaysMatch", {{"browserName", "chrome"}, {"goog:chromeOptions", options}}}};
+        const Json session = Command("POST", "", {{"capabilities", capabilities}});
         session_ += "/" + session["sessionId"].get<std::string>();
     }
 
     void WaitUntilReady() {
         const bool ready = Eventually([&] {
             const httplib::Result status = client_.Get("/status");
-            return status && status->status == 200 && Json::parse(status->body, nullptr, false)["value"]["ready"] == true;
+            return status && status->status == 200 &&
+                   Json::parse(status->body, nullptr, false)["value"]["ready"] == true;
         }, 10000);
         if (!ready) throw std::runtime_error("chromedriver did not start");
     }
