@@ -60,6 +60,7 @@ TEST(XmlDocument, DepthLimit) {
         {"prefix end tag is a mismatch", "<r><a></ab>" + Nested(101) + "</a></r>",
          TiXmlBase::TIXML_ERROR_READING_END_TAG},
         {"garbage after the root ends the document", "<r/>x" + Nested(101), 0},
+        {"a NUL ends the text", std::string(1, '\0') + Nested(101), TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY},
         {"UTF-8 lead byte swallows a '<' in text", "\xEF\xBB\xBF" + Nested(100, "\xC3<b/>"), 0},
         {"legacy text keeps that '<'", Nested(100, "\xC3<b/>"), 17},
         {"hex entity swallows markup up to its ';'", Nested(100, "&#x<b>x1;"), 0},
