@@ -118,12 +118,3 @@ TEST(ExecuteCommand, OpcodeTable) {
         EXPECT_EQ(f.camera.lastCommandTime, f.clock.now) << what;
     }
 }
-
-TEST(ExecuteCommand, UnknownLineSendsNothingButKeepsState) {
-    Fixture f;
-    f.camera.stream = 0;
-    ExecuteCommand(f.camera, VORNA_OP_PAN_RIGHT, 0.0);
-    EXPECT_TRUE(f.host.sent.empty());
-    EXPECT_EQ(f.camera.panMotion, 32);
-    EXPECT_EQ(f.camera.lastCommandTime, f.clock.now);
-}
