@@ -242,6 +242,9 @@ TEST(FrameDecoder, StreamsResynchroniseAfterGarbageAndKeepSplitFrames) {
           "AD01;GC7:9034004\x03"},
          {"1 Iris 1", "1 Focus -1"}},
         {"GE-ASCII", {"00l005~00p005~"}, {"5 StopAxes -1 0 0 0 0", "5 StopAxes 0 0 0 1 0"}},
+        {"GE-Impac",
+         {FromHex("FF 07 20 70 80 00 05 00 E4 FF 07 20 6E 80 00 05 00 E6")},
+         {"5 StopAxes 0 0 0 1 0", "5 StopAxes 0 0 0 0 1"}},
         // A speed with a direction no camera knows reads back as the raw command it
         // is (C0 86 20 00).
         {"AD-RS422", {FromHex("01 C0 86 20 99")}, {"1 RawCommand -1064951808"}},
