@@ -103,6 +103,15 @@ bool SameFrame(const std::string& protocol, const std::string& a, const std::str
     return a.compare(0, a.size() - 1, b, 0, b.size() - 1) == 0;
 }
 
+// A lens direction, a lens stop and a menu step are a sign, however the
+// frame carries them.
+void ExpectSigns(const DecodedFrame& frame) {
+    const bool lens = frame.operation == "Iris" || frame.operation == "Focus" || frame.operation == "MenuNavigate";
+    const size_t first = frame.operation == "StopAxes" ? 3 : lens ? 0 : frame.args.size();
+    for (size_t i = first; i < frame.args.size(); ++i)
+        EXPECT_LE(std::abs(frame.args[i]), 1) << frame.operation << " " << frame.meaning;
+}
+
 // Every frame is valid, and building the operation it names, with its address
 // and arguments, gives that frame again: it carries those arguments.
 void ExpectFramesRebuild(const std::string& protocol, const std::vector<DecodedFrame>& frames) {
@@ -111,6 +120,7 @@ void ExpectFramesRebuild(const std::string& protocol, const std::vector<DecodedF
     for (const DecodedFrame& frame : frames) {
         ASSERT_NE(frame.kind, FrameKind::kUnknown) << frame.error;
         if (frame.operation == "Select" || frame.operation == "PassThrough") continue;
+        ExpectSigns(frame);
         bool found = false;
         const Bytes again = Build(*FindProtocol(rebuilt, protocol), frame.operation, frame.address, frame.args);
         for (const DecodedFrame& other : DecodeMessage(protocol, again)) {
