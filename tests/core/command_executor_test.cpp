@@ -22,17 +22,6 @@ std::string Motions(const PtzCamera& c) {
            std::to_string(c.focusMotion) + (c.menuMode ? " menu" : "");
 }
 
-struct Fixture {
-    Fixture() {
-        camera.protocol = &protocol;
-        camera.stream = 7;
-    }
-    vorna_test::FakeClock clock;
-    vorna_test::RecordingHost host;
-    FakeProtocol protocol;
-    PtzCamera camera;
-};
-
 }  // namespace
 
 // One opcode on a camera in a given state: which protocol calls are made,
@@ -104,17 +93,22 @@ TEST(ExecuteCommand, OpcodeTable) {
         {73, 3.9, {}, true, none, {"MenuEnter(1,3)"}, "MenuEnter(1,3)", "", "P0 T0 Z0 I0 F0"},
     };
     for (const Row& row : rows) {
-        Fixture f;
-        f.protocol.unsupported = row.unsupported;
-        f.protocol.repeat = row.repeat;
-        f.camera.repeatBytes = "old";
-        row.setup(f.camera);
-        ExecuteCommand(f.camera, row.opcode, row.parm);
+        vorna_test::FakeClock clock;
+        vorna_test::RecordingHost host;
+        FakeProtocol protocol;
+        protocol.unsupported = row.unsupported;
+        protocol.repeat = row.repeat;
+        PtzCamera camera;
+        camera.protocol = &protocol;
+        camera.stream = 7;
+        camera.repeatBytes = "old";
+        row.setup(camera);
+        ExecuteCommand(camera, row.opcode, row.parm);
         const std::string what = "opcode " + std::to_string(row.opcode) + " parm " + std::to_string(row.parm);
-        EXPECT_EQ(f.protocol.calls, row.calls) << what;
-        EXPECT_EQ(f.host.SerialPayloads(), row.sent.empty() ? std::vector<std::string>{} : std::vector<std::string>{row.sent}) << what;
-        EXPECT_EQ(f.camera.repeatBytes, row.kept) << what;
-        EXPECT_EQ(Motions(f.camera), row.motions) << what;
-        EXPECT_EQ(f.camera.lastCommandTime, f.clock.now) << what;
+        EXPECT_EQ(protocol.calls, row.calls) << what;
+        EXPECT_EQ(host.SerialPayloads(), row.sent.empty() ? std::vector<std::string>{} : std::vector<std::string>{row.sent}) << what;
+        EXPECT_EQ(camera.repeatBytes, row.kept) << what;
+        EXPECT_EQ(Motions(camera), row.motions) << what;
+        EXPECT_EQ(camera.lastCommandTime, clock.now) << what;
     }
 }
