@@ -1,5 +1,7 @@
 #include "config/xml_document.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -374,6 +376,13 @@ bool XmlDocument::LoadPath(const std::string& path) {
     ClearModuleError();
     SetValue(path);
     FILE* file = std::fopen(path.c_str(), "rb");
+    // A directory where the file should be opens too, but tells a length no
+    // buffer can hold: only a regular file is read.
+    struct stat info;
+    if (file != nullptr && (fstat(fileno(file), &info) != 0 || !S_ISREG(info.st_mode))) {
+        std::fclose(file);
+        file = nullptr;
+    }
     if (file == nullptr) {
         SetError(TIXML_ERROR_OPENING_FILE, nullptr, nullptr, TIXML_ENCODING_UNKNOWN);
         return false;
