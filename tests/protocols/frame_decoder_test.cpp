@@ -249,8 +249,9 @@ TEST(FrameDecoder, StreamsResynchroniseAfterGarbageAndKeepSplitFrames) {
         {"Panasonic",
          {"\x02"
           "AD01;GC7:0021002\x03\x02"
-          "AD01;GC7:9034004\x03"},
-         {"1 Iris 1", "1 Focus -1"}},
+          "AD01;GC7:9034004\x03\x02"
+          "AD1234567890;GC7:9028100\x03"},
+         {"1 Iris 1", "1 Focus -1", "1234567890 Move 0 0 0"}},
         {"GE-ASCII", {"00l005~00p005~"}, {"5 StopAxes -1 0 0 0 0", "5 StopAxes 0 0 0 1 0"}},
         {"GE-Impac",
          {FromHex("FF 07 20 70 80 00 05 00 E4 FF 07 20 6E 80 00 05 00 E6")},
