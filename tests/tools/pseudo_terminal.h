@@ -9,14 +9,10 @@
 #include <stdexcept>
 #include <string>
 
-#include "frame_log.h"
+#include "support/recording_host.h"
 #include "tools/host_process.h"
 
 namespace vorna_test {
-
-inline std::string Hex(const std::string& bytes) {
-    return vorna_host::HexBytes(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
-}
 
 class PseudoTerminal {
 public:
